@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# Runs every test: installs what is missing, then builds and tests the plain,
+# ASan+UBSan and TSan builds, and runs each fuzz target for a short while.
+# Exits non-zero on the first failure and prints how long each stage took.
+#
+#   ZAM_FUZZ_SECONDS  seconds per fuzz target (default 30)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+fuzz_seconds=${ZAM_FUZZ_SECONDS:-30}
+jobs=$(nproc 2>/dev/null || echo 2)
+# The sanitizers must fail the run, not only print.
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+export TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1:second_deadlock_stack=1}
+
+stage() {
+  local name=$1; shift
+  local start=$SECONDS
+  echo "=== $name"
+  "$@"
+  echo "=== $name: $((SECONDS - start)) s"
+}
+
+build_and_test() {
+  local preset=$1
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs"
+  ctest --preset "$preset" -j "$jobs"
+}
+
+run_fuzzers() {
+  cmake --preset fuzz >/dev/null
+  cmake --build --preset fuzz -j "$jobs"
+  local found=0 target corpus
+  for target in build/fuzz/fuzz/*Fuzz; do
+    [ -x "$target" ] || continue
+    corpus=$(mktemp -d)
+    # Seeds from the tree; new finds stay in the temporary copy.
+    if [ -d "fuzz/corpus/$(basename "$target")" ]; then
+      cp -r "fuzz/corpus/$(basename "$target")/." "$corpus/"
+    fi
+    echo "--- $(basename "$target") for ${fuzz_seconds} s"
+    if ! "$target" -max_total_time="$fuzz_seconds" -print_final_stats=0 \
+         -artifact_prefix="build/fuzz/$(basename "$target")-" "$corpus" 2>"build/fuzz/$(basename "$target").log"; then
+      tail -n 40 "build/fuzz/$(basename "$target").log"
+      found=1
+    fi
+    rm -rf "$corpus"
+  done
+  return $found
+}
+
+total=$SECONDS
+stage "install dependencies" bash scripts/install-deps.sh
+stage "plain build and tests" build_and_test dev
+stage "ASan+UBSan build and tests" build_and_test asan
+stage "TSan build and tests" build_and_test tsan
+stage "fuzzing" run_fuzzers
+echo "=== all stages: $((SECONDS - total)) s"
