@@ -1,0 +1,57 @@
+#include "base/xml/XMLElement.h"
+
+#include <utility>
+
+XMLElement::XMLElement(UStringRef<UTF8> name, const AttributeMap& attributes)
+    : name_(name), attributes_(attributes) {}
+
+XMLElement::XMLElement(const char* name, const AttributeMap& attributes)
+    : XMLElement(UStringRef<UTF8>(name), attributes) {}
+
+const XMLElement& XMLElement::GetChildElement(UStringRef<UTF8> name) const {
+    for (const XMLElement& child : children_) {
+        if (child.name_.Ref() == name) {
+            return child;
+        }
+    }
+    throw NoSuchChildElement();
+}
+
+bool XMLElement::HasAttribute(UStringRef<UTF8> name) const {
+    return attributes_.find(SharedUString<UTF8>(name)) != attributes_.end();
+}
+
+bool XMLElement::HasAttribute(const char* name) const {
+    return HasAttribute(UStringRef<UTF8>(name));
+}
+
+UStringRef<UTF8> XMLElement::GetAttribute(UStringRef<UTF8> name) const {
+    auto found = attributes_.find(SharedUString<UTF8>(name));
+    if (found == attributes_.end()) {
+        throw NoSuchAttribute();
+    }
+    return found->second.Ref();
+}
+
+UStringRef<UTF8> XMLElement::GetAttribute(const char* name) const {
+    return GetAttribute(UStringRef<UTF8>(name));
+}
+
+XMLElement& XMLElement::AddChildElement(const XMLElement& child) {
+    children_.push_back(child);
+    return children_.back();
+}
+
+XMLElement& XMLElement::AddChildElement(XMLElement&& child) {
+    children_.push_back(std::move(child));
+    return children_.back();
+}
+
+void XMLElement::AppendCharacters(UStringRef<UTF8> text) {
+    text_.append(text.View());
+}
+
+bool operator==(const XMLElement& a, const XMLElement& b) {
+    return a.name_ == b.name_ && a.attributes_ == b.attributes_ && a.text_ == b.text_ &&
+           a.children_ == b.children_;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "base/Exceptions.h"
+#include "base/unicode/UString.h"
+
+class NoSuchChildElement : public DebuggableException {};
+class NoSuchAttribute : public DebuggableException {};
+// Raised by readers of element text that find it malformed.
+class FormatError : public DebuggableException {};
+
+// One parsed element: its name, its attributes, its child elements in
+// document order, and all character data directly inside it, concatenated
+// and untrimmed (so the line breaks and tabs between children are kept).
+// A value type: copies are deep.
+class XMLElement {
+public:
+    using AttributeMap = std::map<SharedUString<UTF8>, SharedUString<UTF8>>;
+
+    XMLElement() = default;
+    XMLElement(UStringRef<UTF8> name, const AttributeMap& attributes);
+    XMLElement(const char* name, const AttributeMap& attributes);
+
+    const SharedUString<UTF8>& Name() const noexcept { return name_; }
+    const AttributeMap& Attributes() const noexcept { return attributes_; }
+    const std::vector<XMLElement>& Children() const noexcept { return children_; }
+
+    // The first child with this name, compared byte for byte.
+    const XMLElement& GetChildElement(UStringRef<UTF8> name) const;
+
+    bool HasAttribute(UStringRef<UTF8> name) const;
+    bool HasAttribute(const char* name) const;
+    UStringRef<UTF8> GetAttribute(UStringRef<UTF8> name) const;
+    UStringRef<UTF8> GetAttribute(const char* name) const;
+
+    UStringRef<UTF8> GetValue() const noexcept { return UStringRef<UTF8>(text_); }
+
+    // Appends a copy and returns the stored child, which stays valid until the
+    // next child is added.
+    XMLElement& AddChildElement(const XMLElement& child);
+    XMLElement& AddChildElement(XMLElement&& child);
+    void AppendCharacters(UStringRef<UTF8> text);
+
+    friend bool operator==(const XMLElement& a, const XMLElement& b);
+    friend bool operator!=(const XMLElement& a, const XMLElement& b) { return !(a == b); }
+
+private:
+    SharedUString<UTF8> name_;
+    AttributeMap attributes_;
+    std::vector<XMLElement> children_;
+    std::string text_;
+};
