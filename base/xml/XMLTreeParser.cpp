@@ -1,0 +1,32 @@
+#include "base/xml/XMLTreeParser.h"
+
+#include <utility>
+
+void XMLTreeParser::StartElement(UStringRef<UTF8> name, const XMLElement::AttributeMap& attributes) {
+    if (open_.empty()) {
+        // A second top-level element replaces the first as the root.
+        root_ = std::make_unique<XMLElement>(name, attributes);
+        open_.push_back(root_.get());
+    } else {
+        open_.push_back(&open_.back()->AddChildElement(XMLElement(name, attributes)));
+    }
+}
+
+void XMLTreeParser::EndElement() {
+    // Surplus end tags, "<a/>" among them, close nothing once all are closed.
+    if (!open_.empty()) {
+        open_.pop_back();
+    }
+}
+
+void XMLTreeParser::Characters(UStringRef<UTF8> text) {
+    // Character data outside every element is dropped.
+    if (!open_.empty()) {
+        open_.back()->AppendCharacters(text);
+    }
+}
+
+std::unique_ptr<XMLElement> XMLTreeParser::TakeRoot() {
+    open_.clear();
+    return std::move(root_);
+}

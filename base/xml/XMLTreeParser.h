@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "base/xml/SimpleXML.h"
+
+// Builds the element tree from a receiver's reports.
+class XMLTreeParser : public XMLReceiver {
+public:
+    void StartElement(UStringRef<UTF8> name, const XMLElement::AttributeMap& attributes) override;
+    void EndElement() override;
+    void Characters(UStringRef<UTF8> text) override;
+
+    // The root element, or null if no element was started. Ends the tree.
+    std::unique_ptr<XMLElement> TakeRoot();
+
+private:
+    std::unique_ptr<XMLElement> root_;
+    // The path from the root to the innermost open element. Only the last
+    // one gains children, so none of these pointers is ever invalidated.
+    std::vector<XMLElement*> open_;
+};
