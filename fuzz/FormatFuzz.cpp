@@ -1,0 +1,38 @@
+// Parses any bytes as a translation file, then renders each of its keys and a
+// few fixed texts under it with zero, one and two arguments.
+#include <cstddef>
+#include <cstdint>
+
+#include "text/UFormat.h"
+
+namespace {
+
+template <class Render>
+void Quietly(Render render) {
+    try {
+        render();
+    } catch (const BadFormatStringError&) {
+    } catch (const ImproperFormatVariableName&) {
+    } catch (const UndefinedFormatVariable&) {
+    } catch (const TooManyFormatArguments&) {
+    } catch (const TooFewFormatArguments&) {
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const FormatOverrideSet set(UStringRef<UTF8>(reinterpret_cast<const char*>(data), size));
+    FormatOverrideContext context;
+    const FormatOverrideScope scope(set, context);
+    const char* const kKeys[] = {"There are {x} pending actions.", "{a}-{b}", "{_tab}", "{x}{x}"};
+    for (const auto& entry : set.Entries()) {
+        for (UStringRef<UTF8> key : {entry.first, UStringRef<UTF8>(kKeys[entry.second.Size() % 4])}) {
+            const FormatPair pair = UFormat(key, key, context);
+            Quietly([&] { MakeUString(FormatPlusArguments(pair)); });
+            Quietly([&] { MakeUString(FormatPlusArguments(pair, "1")); });
+            Quietly([&] { MakeUString(FormatPlusArguments(pair, "1", "{2}")); });
+        }
+    }
+    return 0;
+}
