@@ -8,6 +8,9 @@ XMLElement::XMLElement(UStringRef<UTF8> name, const AttributeMap& attributes)
 XMLElement::XMLElement(const char* name, const AttributeMap& attributes)
     : XMLElement(UStringRef<UTF8>(name), attributes) {}
 
+XMLElement::XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes)
+    : name_(std::move(name)), attributes_(attributes) {}
+
 const XMLElement& XMLElement::GetChildElement(UStringRef<UTF8> name) const {
     for (const XMLElement& child : children_) {
         if (child.name_.Ref() == name) {

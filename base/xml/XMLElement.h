@@ -22,6 +22,9 @@ public:
     XMLElement() = default;
     XMLElement(UStringRef<UTF8> name, const AttributeMap& attributes);
     XMLElement(const char* name, const AttributeMap& attributes);
+    // Shares the name's buffer, so a reader can give every element of the same
+    // name one copy of it.
+    XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes);
 
     const SharedUString<UTF8>& Name() const noexcept { return name_; }
     const AttributeMap& Attributes() const noexcept { return attributes_; }

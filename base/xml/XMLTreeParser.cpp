@@ -2,13 +2,26 @@
 
 #include <utility>
 
+SharedUString<UTF8> XMLTreeParser::Intern(UStringRef<UTF8> name) {
+    // FNV-1a picks the slot; a different name in it is simply replaced.
+    std::size_t hash = 2166136261u;
+    for (char c : name.View()) {
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
+    }
+    SharedUString<UTF8>& slot = names_[hash % names_.size()];
+    if (slot.View() != name.View()) {
+        slot = SharedUString<UTF8>(name);
+    }
+    return slot;
+}
+
 void XMLTreeParser::StartElement(UStringRef<UTF8> name, const XMLElement::AttributeMap& attributes) {
     if (open_.empty()) {
         // A second top-level element replaces the first as the root.
-        root_ = std::make_unique<XMLElement>(name, attributes);
+        root_ = std::make_unique<XMLElement>(Intern(name), attributes);
         open_.push_back(root_.get());
     } else {
-        open_.push_back(&open_.back()->AddChildElement(XMLElement(name, attributes)));
+        open_.push_back(&open_.back()->AddChildElement(XMLElement(Intern(name), attributes)));
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -16,6 +17,12 @@ public:
     std::unique_ptr<XMLElement> TakeRoot();
 
 private:
+    SharedUString<UTF8> Intern(UStringRef<UTF8> name);
+
+    // Recently seen element names. A message repeats a dozen names many
+    // times over, so its elements share one buffer per name instead of
+    // allocating one each.
+    std::array<SharedUString<UTF8>, 64> names_;
     std::unique_ptr<XMLElement> root_;
     // The path from the root to the innermost open element. Only the last
     // one gains children, so none of these pointers is ever invalidated.

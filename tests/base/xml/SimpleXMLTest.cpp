@@ -143,6 +143,20 @@ TEST(SimpleXML, ParsedTreeThrowsByType) {
     EXPECT_THROW(root->GetChildElement("ActionRequest"), NoSuchChildElement);
 }
 
+TEST(SimpleXML, ManyDistinctNamesKeepTheirOwn) {
+    // More names than the reader remembers at once, each used twice.
+    std::string doc = "<r>";
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 300; ++i) doc += "<e" + std::to_string(i) + "></x>";
+    }
+    auto root = SimpleXML::Parse(UStringRef<UTF8>(doc + "</r>"));
+    ASSERT_TRUE(root);
+    ASSERT_EQ(root->Children().size(), 600u);
+    for (std::size_t i = 0; i < 600; ++i) {
+        EXPECT_EQ(root->Children()[i].Name().View(), "e" + std::to_string(i % 300));
+    }
+}
+
 struct EscapeCase {
     std::string_view token;
     std::string_view decoded;
