@@ -1,8 +1,11 @@
 // Parses any bytes as a translation file, then renders each of its keys and a
-// few fixed texts under it with zero, one and two arguments.
+// few fixed texts under it with zero, one and two arguments (the one-argument
+// form in the locale's encoding).
 #include <cstddef>
 #include <cstdint>
 
+#include "base/unicode/Local8Bit.h"
+#include "base/unicode/UTF8.h"
 #include "text/UFormat.h"
 
 namespace {
@@ -16,6 +19,8 @@ void Quietly(Render render) {
     } catch (const UndefinedFormatVariable&) {
     } catch (const TooManyFormatArguments&) {
     } catch (const TooFewFormatArguments&) {
+    } catch (const InvalidTextEncoding&) {
+    } catch (const UnixPlatform::WideToMultiByteConvertError&) {
     }
 }
 
@@ -30,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (UStringRef<UTF8> key : {entry.first, UStringRef<UTF8>(kKeys[entry.second.Size() % 4])}) {
             const FormatPair pair = UFormat(key, key, context);
             Quietly([&] { MakeUString(FormatPlusArguments(pair)); });
-            Quietly([&] { MakeUString(FormatPlusArguments(pair, "1")); });
+            Quietly([&] { MakePlatformString(FormatPlusArguments(pair, "1")); });
             Quietly([&] { MakeUString(FormatPlusArguments(pair, "1", "{2}")); });
         }
     }

@@ -9,6 +9,8 @@
 #include <array>
 #include <cstddef>
 
+#include "base/unicode/AutoNullTerminated.h"
+#include "base/unicode/Local8Bit.h"
 #include "base/unicode/UString.h"
 #include "text/FormatBindings.h"
 #include "text/FormatOverrides.h"
@@ -100,4 +102,18 @@ template <std::size_t N>
 AutoUString<UTF8> MakeUString(const FormatPlusArguments<N>& format) {
     const FormattedString<N> formatted(format);
     return MakeUString(formatted.begin(), formatted.end());
+}
+
+// The rendered text in the locale's encoding, NUL-terminated. A character the
+// locale cannot show throws UnixPlatform::WideToMultiByteConvertError; nothing
+// is substituted.
+template <std::size_t N>
+AutoNullTerminated<char> MakeLocalString(const FormatPlusArguments<N>& format) {
+    return UnixPlatform::MakeLocalNullTerminated(MakeUString(format));
+}
+
+// The form the dialogs hand to the widgets; on this platform the local form.
+template <std::size_t N>
+AutoNullTerminated<char> MakePlatformString(const FormatPlusArguments<N>& format) {
+    return MakeLocalString(format);
 }

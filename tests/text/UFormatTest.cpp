@@ -2,26 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <string>
+#include <vector>
+
+#include "base/unicode/UTF8.h"
 
 namespace {
 
 enum class Outcome { Ok, Improper, Undefined, TooMany, TooFew, BadFormat };
 
-// Renders `key` with up to two arguments under a context holding `xlat`.
-Outcome Render(const std::string& xlat, const char* key, int count, std::string& out) {
-    const FormatOverrideSet set(xlat);
-    FormatOverrideContext context;
-    const FormatOverrideScope scope(set, context);
-    const FormatPair pair = UFormat(key, key, context);
+template <class Call>
+Outcome OutcomeOf(Call call) {
     try {
-        if (count == 0) {
-            out = MakeUString(FormatPlusArguments(pair)).Str();
-        } else if (count == 1) {
-            out = MakeUString(FormatPlusArguments(pair, "3")).Str();
-        } else {
-            out = MakeUString(FormatPlusArguments(pair, "A", std::string("B"))).Str();
-        }
+        call();
         return Outcome::Ok;
     } catch (const ImproperFormatVariableName&) {
         return Outcome::Improper;
@@ -36,44 +30,100 @@ Outcome Render(const std::string& xlat, const char* key, int count, std::string&
     }
 }
 
-TEST(UFormat, RendersKeyOrTranslation) {
-    const char* const kPending = "There are {x} pending actions.";
-    struct Case { const char* name; std::string xlat; const char* key; int count; Outcome outcome; const char* text; };
+TEST(FormatBindings, NameCheck) {
+    struct Case { const char* name; Outcome outcome; };
     const Case kCases[] = {
-        {"built-in braces", "", "{_obrace}x{_cbrace}", 0, Outcome::Ok, "{x}"},
-        {"lone close brace", "", "a}b", 0, Outcome::Ok, "a}b"},
-        {"control built-ins", "", "{_crlf}{_cr}{_lf}{_tab}", 0, Outcome::Ok, "\r\n\r\n\t"},
-        {"unknown built-in", "", "{_nl}", 0, Outcome::Undefined, ""},
-        {"unclosed brace", "", "a{b", 0, Outcome::BadFormat, ""},
-        {"English default", "", kPending, 1, Outcome::Ok, "There are 3 pending actions."},
-        {"translation keeps the name", std::string(kPending) + "\t{x}: pending", kPending, 1, Outcome::Ok, "3: pending"},
-        {"translation renames", std::string(kPending) + "\t{y} pending", kPending, 1, Outcome::Undefined, ""},
-        {"translation drops the name", std::string(kPending) + "\tpending", kPending, 1, Outcome::Ok, "pending"},
-        {"translation repeats", std::string(kPending) + "\t{x}={x}", kPending, 1, Outcome::Ok, "3=3"},
-        {"translation reorders", "{a}-{b}\t{b}+{a}", "{a}-{b}", 2, Outcome::Ok, "B+A"},
-        {"translation with bad name", "{a}\t{a b}", "{a}", 1, Outcome::Undefined, ""},
-        {"translation with {}", "{a}\t{}", "{a}", 1, Outcome::Improper, ""},
-        {"translation unclosed", "{a}\t{a", "{a}", 1, Outcome::BadFormat, ""},
-        {"translation empty", "{a}\t", "{a}", 1, Outcome::Ok, ""},
-        {"key still checked", "{a b}\tfine", "{a b}", 1, Outcome::Improper, ""},
-        {"key arguments checked", "x\t{_tab}", "x", 1, Outcome::TooFew, ""},
-        {"repeat consumes two arguments", "", "{x}/{x}", 2, Outcome::Ok, "A/A"},
-        {"repeat with one argument", "", "{x}/{x}", 1, Outcome::TooMany, ""},
-        {"placeholder without argument", "", "{x}", 0, Outcome::TooMany, ""},
-        {"argument without placeholder", "", "plain", 1, Outcome::TooFew, ""},
-        {"odd but valid names", "", "{9lives}{-a}", 2, Outcome::Ok, "AB"},
+        {"a_B9", Outcome::Ok},     {"9lives", Outcome::Ok},   {"-a", Outcome::Ok},
+        {"\xC3\xA9" "a", Outcome::Ok},  // the first character, multibyte or not, is free
+        {"x-", Outcome::Improper}, {"x y", Outcome::Improper}, {"a\xC3\xA9", Outcome::Improper},
+        {"", Outcome::Improper},   {"_crlf", Outcome::Ok},     {"_nl", Outcome::Undefined},
+        {"_Tab", Outcome::Undefined},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(OutcomeOf([&] { CheckFormatVariableName(c.name); }), c.outcome);
+    }
+}
+
+TEST(FormatBindings, BindsByOccurrenceSortedAndLooksUpTheFirst) {
+    const UStringRef<UTF8> args[] = {"second", "first", "z"};
+    FormatBinding slots[3];
+    MakeFormatParameterBindings("{x}{_tab} and {x} {a}", args, 3, slots, 3);
+    EXPECT_EQ(slots[0].name, UStringRef<UTF8>("a"));
+    EXPECT_EQ(slots[1].value, UStringRef<UTF8>("first"));
+    EXPECT_EQ(slots[2].value, UStringRef<UTF8>("second"));
+    EXPECT_EQ(FormatExpressionValue("x", slots, 3), UStringRef<UTF8>("first"));
+    EXPECT_THROW(FormatExpressionValue("_a", slots, 3), UndefinedFormatVariable);
+    // More arguments than slots must not write past the slots.
+    EXPECT_THROW(MakeFormatParameterBindings("{a}{b}", args, 2, slots, 1), TooManyFormatArguments);
+    EXPECT_THROW(MakeFormatParameterBindings("{a}", args, 1, slots, 2), TooFewFormatArguments);
+}
+
+// Renders `key` with `args` under a context holding the translation file `xlat`.
+Outcome Render(const std::string& xlat, const char* key, std::vector<const char*> args, std::string& out) {
+    const FormatOverrideSet set(xlat);
+    FormatOverrideContext context;
+    const FormatOverrideScope scope(set, context);
+    const FormatPair pair = UFormat(key, key, context);
+    return OutcomeOf([&] {
+        if (args.empty()) {
+            out = MakeUString(FormatPlusArguments(pair)).Str();
+        } else if (args.size() == 1) {
+            out = MakeUString(FormatPlusArguments(pair, args[0])).Str();
+        } else {
+            out = MakeUString(FormatPlusArguments(pair, args[0], args[1])).Str();
+        }
+    });
+}
+
+TEST(UFormat, RendersKeyOrTranslation) {
+    const std::string kPending = "There are {x} pending actions.";
+    struct Case { const char* name; std::string xlat; std::string key; std::vector<const char*> args; Outcome outcome; const char* text; };
+    const Case kCases[] = {
+        {"built-in braces", "", "{_obrace}x{_cbrace}", {}, Outcome::Ok, "{x}"},
+        {"control built-ins", "", "{_crlf}{_cr}{_lf}{_tab}", {}, Outcome::Ok, "\r\n\r\n\t"},
+        {"unknown built-in", "", "{_nl}", {}, Outcome::Undefined, ""},
+        {"English default", "", kPending, {"3"}, Outcome::Ok, "There are 3 pending actions."},
+        {"translation keeps the name", kPending + "\t{x}: pending", kPending, {"3"}, Outcome::Ok, "3: pending"},
+        {"translation renames", kPending + "\t{y} pending", kPending, {"3"}, Outcome::Undefined, ""},
+        {"translation drops the name", kPending + "\tpending", kPending, {"3"}, Outcome::Ok, "pending"},
+        {"translation repeats", kPending + "\t{x}={x}", kPending, {"3"}, Outcome::Ok, "3=3"},
+        {"translation reorders", "{a}-{b}\t{b}+{a}", "{a}-{b}", {"A", "B"}, Outcome::Ok, "B+A"},
+        {"translation names go unchecked", "{a}\t{a b}", "{a}", {"A"}, Outcome::Undefined, ""},
+        {"translation with {}", "{a}\t{}", "{a}", {"A"}, Outcome::Improper, ""},
+        {"translation unclosed", "{a}\t{a", "{a}", {"A"}, Outcome::BadFormat, ""},
+        {"key still checked", "{a b}\tfine", "{a b}", {"A"}, Outcome::Improper, ""},
+        {"repeat takes two arguments", "", "{x}/{x}", {"B", "A"}, Outcome::Ok, "A/A"},
+        {"repeat given one", "", "{x}/{x}", {"A"}, Outcome::TooMany, ""},
+        {"placeholder given none", "", "{x}", {}, Outcome::TooMany, ""},
+        {"argument without placeholder", "", "plain", {"A"}, Outcome::TooFew, ""},
+        {"values go in verbatim", "", "{a}{b}", {"{b}", "{_tab}"}, Outcome::Ok, "{b}{_tab}"},
     };
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.name);
         std::string text;
-        EXPECT_EQ(Render(c.xlat, c.key, c.count, text), c.outcome);
+        EXPECT_EQ(Render(c.xlat, c.key.c_str(), c.args, text), c.outcome);
         EXPECT_EQ(text, c.text);
     }
 }
 
-TEST(UFormat, ArgumentValuesGoInVerbatim) {
-    const FormatPair pair{"{a}{b}", "{a}{b}"};
-    EXPECT_EQ(MakeUString(FormatPlusArguments(pair, "{b}", "{_tab}")).Str(), "{b}{_tab}");
+TEST(UFormat, PlatformFormFollowsTheLocale) {
+    const std::string saved = std::setlocale(LC_CTYPE, nullptr);
+    const FormatPair accented{"{a}", "caf\xC3\xA9 {a}"};
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C"), nullptr);
+    const AutoNullTerminated<char> ascii = MakePlatformString(FormatPlusArguments(FormatPair{"{a}", "<{a}>"}, "x"));
+    EXPECT_STREQ(ascii.Get(), "<x>");
+    EXPECT_THROW(MakePlatformString(FormatPlusArguments(accented, "x")), UnixPlatform::WideToMultiByteConvertError);
+    const bool haveUTF8 = std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr;
+    if (haveUTF8) {
+        EXPECT_EQ(MakeLocalString(FormatPlusArguments(accented, "x")).View(), "caf\xC3\xA9 x");
+        const FormatPair malformed{"{a}", "\xC3 {a}"};  // translation bytes are checked only here
+        EXPECT_THROW(MakePlatformString(FormatPlusArguments(malformed, "x")), InvalidTextEncoding);
+    }
+    std::setlocale(LC_CTYPE, saved.c_str());
+    if (!haveUTF8) {
+        GTEST_SKIP() << "locale C.UTF-8 is not installed; only the C locale was checked";
+    }
 }
 
 }  // namespace
