@@ -11,6 +11,23 @@ XMLElement::XMLElement(const char* name, const AttributeMap& attributes)
 XMLElement::XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes)
     : name_(std::move(name)), attributes_(attributes) {}
 
+XMLElement::~XMLElement() {
+    if (children_.empty()) {
+        return;
+    }
+    // Descendants move onto one flat list, so each element is destroyed
+    // with no children left and the stack never grows with the depth.
+    std::vector<XMLElement> pending = std::move(children_);
+    while (!pending.empty()) {
+        XMLElement last = std::move(pending.back());
+        pending.pop_back();
+        for (XMLElement& child : last.children_) {
+            pending.push_back(std::move(child));
+        }
+        last.children_.clear();
+    }
+}
+
 const XMLElement& XMLElement::GetChildElement(UStringRef<UTF8> name) const {
     for (const XMLElement& child : children_) {
         if (child.name_.Ref() == name) {

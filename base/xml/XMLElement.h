@@ -20,6 +20,13 @@ public:
     using AttributeMap = std::map<SharedUString<UTF8>, SharedUString<UTF8>>;
 
     XMLElement() = default;
+    XMLElement(const XMLElement&) = default;
+    XMLElement(XMLElement&&) noexcept = default;
+    XMLElement& operator=(const XMLElement&) = default;
+    XMLElement& operator=(XMLElement&&) noexcept = default;
+    // Tears the tree down without recursion: a hostile document can nest
+    // hundreds of thousands of elements in one frame.
+    ~XMLElement();
     XMLElement(UStringRef<UTF8> name, const AttributeMap& attributes);
     XMLElement(const char* name, const AttributeMap& attributes);
     // Shares the name's buffer, so a reader can give every element of the same

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/xml/SimpleXML.h"
+
 namespace {
 
 XMLElement MakeMessage() {
@@ -40,6 +42,22 @@ TEST(XMLElement, CopiesAreDeep) {
     EXPECT_NE(copy, original);
     EXPECT_EQ(original.Children().size(), 2u);
     EXPECT_EQ(original.GetValue(), "");
+}
+
+TEST(XMLElement, AFrameOfNestedTagsIsReadAndFreedWithoutRecursion) {
+    // The largest frame the pipe accepts, all start tags: 699,050 levels.
+    std::string nested;
+    while (nested.size() + 3 <= 2097152) {
+        nested += "<a>";
+    }
+    std::unique_ptr<XMLElement> root = SimpleXML::Parse(nested);
+    ASSERT_NE(root, nullptr);
+    std::size_t depth = 1;
+    for (const XMLElement* e = root.get(); !e->Children().empty(); e = &e->Children().front()) {
+        ++depth;
+    }
+    EXPECT_EQ(depth, nested.size() / 3);
+    root.reset();
 }
 
 }  // namespace
