@@ -1,0 +1,98 @@
+#include "actions/ActionRequestStore.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "actions/PendingActions.h"
+#include "base/time/Clock.h"
+
+namespace {
+
+// 2026-11-15 00:16:00 UTC.
+const Instant kNow(1763165760LL * 1000000);
+TimeInterval Minutes(long long n) { return TimeInterval(n * 60 * 1000000); }
+
+ActionRequest Action(unsigned long long id, bool forceRun, NullOr<Instant> deadline,
+                     const char* title = "") {
+    ActionRequest action;
+    action.id = id;
+    action.forceRun = forceRun;
+    action.title = title;
+    if (deadline) {
+        action.deadline = TimeObject(deadline.Get(), TimeZone(3600));
+    }
+    return action;
+}
+
+class ActionRequestStoreTest : public ::testing::Test {
+protected:
+    ScopedClockOverride clock{kNow};
+    ActionRequestStore store;
+};
+
+TEST_F(ActionRequestStoreTest, ForcedDeadlinesAreGivenFiveMinutesNotice) {
+    struct Case {
+        const char* what;
+        bool forceRun;
+        NullOr<Instant> deadline;
+        NullOr<Instant> shown;
+    };
+    const Instant soon = kNow + Minutes(5);
+    const Case cases[] = {
+        {"forced, already past", true, kNow - Minutes(1), soon},
+        {"forced, one microsecond short of five minutes", true, soon - TimeInterval(1), soon},
+        {"forced, exactly five minutes away", true, soon, soon},
+        {"forced, ten minutes away", true, kNow + Minutes(10), kNow + Minutes(10)},
+        {"not forced, past", false, kNow - Minutes(1), kNow - Minutes(1)},
+        {"forced, no deadline", true, NullOr<Instant>(), NullOr<Instant>()},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ActionRequestStore fresh;
+        fresh.UpdateActions({Action(1, c.forceRun, c.deadline)});
+        EXPECT_EQ(fresh.GetAction(1).Deadline(), c.shown);
+    }
+}
+
+TEST_F(ActionRequestStoreTest, MovedDeadlineIsWrittenInUniversalTime) {
+    store.UpdateActions({Action(1, true, kNow - Minutes(1))});
+    EXPECT_EQ(store.GetAction(1).deadline->Zone().Seconds(), 0);
+}
+
+TEST_F(ActionRequestStoreTest, LaterEntryWithTheSameIdWins) {
+    store.UpdateActions({Action(7, false, kNow, "first"), Action(7, false, NullOr<Instant>(), "second")});
+    ASSERT_EQ(store.Actions().size(), 1u);
+    EXPECT_EQ(store.GetAction(7), Action(7, false, NullOr<Instant>(), "second"));
+}
+
+TEST_F(ActionRequestStoreTest, IteratesInAscendingIdOrderAndKeepsUnlistedEntries) {
+    store.UpdateActions({Action(30, false, {}), Action(10, false, {})});
+    store.UpdateActions({Action(20, false, {})});
+    std::vector<unsigned long long> ids;
+    for (const auto& entry : store.Actions()) {
+        ids.push_back(entry.first);
+    }
+    EXPECT_EQ(ids, (std::vector<unsigned long long>{10, 20, 30}));
+}
+
+TEST_F(ActionRequestStoreTest, UnknownIdsThrow) {
+    store.UpdateActions({Action(1, false, {})});
+    EXPECT_FALSE(store.HasAction(2));
+    EXPECT_THROW(store.GetAction(2), NoSuchActionRequestID);
+    EXPECT_THROW(store.RemoveAction(2), NoSuchActionRequestID);
+    store.RemoveAction(1);
+    EXPECT_FALSE(store.HasAction(1));
+}
+
+TEST(PendingActions, RemoveActionTakesOnlyTheFirstEntryWithTheId) {
+    actions = {Action(7, false, {}, "a"), Action(8, false, {}), Action(7, false, {}, "b")};
+    RemoveAction(7);
+    RemoveAction(99);
+    ASSERT_EQ(actions.size(), 2u);
+    EXPECT_EQ(actions[0].id, 8u);
+    EXPECT_EQ(actions[1].title, SharedUString<UTF8>("b"));
+    actions.clear();
+}
+
+}  // namespace
