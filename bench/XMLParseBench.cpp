@@ -11,43 +11,13 @@
 #include <vector>
 
 #include "base/xml/SimpleXML.h"
+#include "bench/ClientDocument.h"
 
 namespace {
 
-// One ActionRequest as the client writes it: tab-indented, with escapes in
-// text and the script in a CDATA section.
-std::string ActionRequest(int id) {
-    std::string n = std::to_string(id);
-    return "\t<ActionRequest>\n"
-           "\t\t<ID>" + n + "</ID>\n"
-           "\t\t<Title>Install update " + n + " &amp; restart</Title>\n"
-           "\t\t<ShortDescription>Fixes &lt;critical&gt; issues in the &quot;agent&quot; "
-           "service; the computer restarts afterwards.</ShortDescription>\n"
-           "\t\t<Preview><![CDATA[if {exists file \"/etc/agent.conf\"}\n"
-           "\trun \"/usr/bin/update --id=" + n + " && reboot\" <now>\nendif]]></Preview>\n"
-           "\t\t<PreActionMessage>Please save your work before continuing.</PreActionMessage>\n"
-           "\t\t<Deadline>2026-11-22T10:30:00+01:00</Deadline>\n"
-           "\t\t<Cancellable>true</Cancellable>\n"
-           "\t\t<Restart>true</Restart>\n"
-           "\t\t<Shutdown>false</Shutdown>\n"
-           "\t\t<ForceRun>false</ForceRun>\n"
-           "\t\t<RequestSave>true</RequestSave>\n"
-           "\t\t<UseCannedStrings>false</UseCannedStrings>\n"
-           "\t</ActionRequest>\n";
-}
-
-std::string Document(std::size_t atLeast) {
-    std::string doc = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ClientToUI>\n";
-    int id = 1;
-    do {
-        doc += ActionRequest(id++);
-    } while (doc.size() < atLeast);
-    return doc + "</ClientToUI>";
-}
-
 const std::string& Input(bool large) {
-    static const std::string batch = Document(2 * 1024 * 1024 - 1024);
-    static const std::string single = Document(0);
+    static const std::string batch = ClientDocument(2 * 1024 * 1024 - 1024);
+    static const std::string single = ClientDocument(0);
     return large ? batch : single;
 }
 
