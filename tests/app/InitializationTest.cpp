@@ -1,0 +1,291 @@
+#include "app/Initialization.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "app/Settings.h"
+#include "base/files/FileErrors.h"
+#include "base/files/FileOperations.h"
+#include "base/time/TimeErrors.h"
+#include "base/time/TimeObject.h"
+#include "base/unicode/Base64.h"
+#include "text/FormatOverrides.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Delivered {
+    const char* name;
+    const char* subFolder;
+    const char* bytes;
+};
+
+InitializationInfo Delivering(std::initializer_list<Delivered> files, bool useLocale = true) {
+    InitializationInfo info;
+    for (const Delivered& file : files) {
+        info.supportFiles.push_back(
+            FileTransfer{FileName(file.name), FileName(file.subFolder), Base64Encoder::Encode(file.bytes).Str()});
+    }
+    info.settings.useLocale = useLocale;
+    return info;
+}
+
+std::string Translated(const char* key) { return std::string(GlobalFormatOverrideContext().Override(key, "-").View()); }
+
+TEST(CutLocaleName, KeepsTheNameBeforeTheCodeSetAndItsLanguage) {
+    struct Case {
+        const char* name;
+        bool international;
+        const char* full;
+        const char* language;
+    };
+    const Case cases[] = {
+        {"de_DE.UTF-8", true, "de_DE", "de"}, {"de_DE", true, "de_DE", "de"},      {"fr", true, "fr", ""},
+        {"C.UTF-8", true, "C", ""},           {"sr_RS@latin", true, "sr_RS@latin", "sr"},
+        {"C", false, "", ""},                 {"POSIX", false, "", ""},           {"", false, "", ""},
+        {nullptr, false, "", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name ? c.name : "(null)");
+        const std::optional<LocaleNames> names = CutLocaleName(c.name);
+        ASSERT_EQ(names.has_value(), c.international);
+        if (names) {
+            EXPECT_EQ(names->full, c.full);
+            EXPECT_EQ(names->language, c.language);
+        }
+    }
+}
+
+TEST(ChooseTranslationFiles, FollowsTheLocaleAndLoadsTheGeneralFileLast) {
+    struct Case {
+        const char* what;
+        InitializationInfo info;
+        const char* locale;
+        bool international;
+        std::vector<std::string> files;
+    };
+    const Case cases[] = {
+        {"localized brand replaces the plain one",
+         Delivering({{"_brand.xlat", "", ""}, {"de_DE.xlat", "", ""}, {"_brandde_DE.xlat", "", ""}}), "de_DE.UTF-8",
+         true, {"_brandde_DE.xlat", "de_DE.xlat"}},
+        {"case is ignored", Delivering({{"_BRAND.XLAT", "", ""}, {"DE.xlat", "", ""}}), "de_DE", true,
+         {"_BRAND.XLAT", "DE.xlat"}},
+        {"C.UTF-8 is international", Delivering({{"_brand.xlat", "", ""}, {"C.xlat", "", ""}}), "C.UTF-8", true,
+         {"_brand.xlat", "C.xlat"}},
+        {"C", Delivering({{"_brand.xlat", "", ""}, {"C.xlat", "", ""}}), "C", false, {"_brand.xlat"}},
+        {"no locale name", Delivering({{"_brand.xlat", "", ""}}), nullptr, false, {"_brand.xlat"}},
+        {"brand in a sub-folder", Delivering({{"_brand.xlat", "sub", ""}, {"fr.xlat", "", ""}}), "fr", true,
+         {"fr.xlat"}},
+        {"UseLocale off", Delivering({{"_brandde.xlat", "", ""}, {"_brand.xlat", "", ""}, {"de.xlat", "", ""}}, false),
+         "de_DE.UTF-8", false, {"_brand.xlat"}},
+        {"nothing delivered", Delivering({}), "de_DE.UTF-8", true, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const TranslationChoice choice = ChooseTranslationFiles(c.info, c.locale);
+        EXPECT_EQ(choice.international, c.international);
+        std::vector<std::string> names;
+        for (const FileName& name : choice.files) names.push_back(name.Text());
+        EXPECT_EQ(names, c.files);
+    }
+}
+
+TEST(ChooseTranslationFiles, LocaleNamesFollowTheFileNameRules) {
+    const InitializationInfo info = Delivering({});
+    EXPECT_THROW(ChooseTranslationFiles(info, "de/DE.UTF-8"), IllegalFileName);
+    // 250 bytes fit as "<full>.xlat" but not as "_brand<full>.xlat".
+    EXPECT_THROW(ChooseTranslationFiles(info, std::string(250, 'x').c_str()), IllegalFileNameLength);
+    EXPECT_THROW(ChooseTranslationFiles(info, std::string(300, 'x').c_str()), IllegalFileNameLength);
+}
+
+// Each test gets a fresh directory under /tmp, the umask 022 and reset settings.
+class ApplyInitializationInfoTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        savedMask_ = ::umask(022);
+        char pattern[] = "/tmp/zam-init-XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern), nullptr);
+        root_ = pattern;
+        initialized = international = false;
+        m_postponedTo = Instant();
+        m_remindInterval = TimeInterval();
+        m_snoozable = true;
+        m_baseDirectory = FileLocation();
+    }
+    void TearDown() override {
+        fs::remove_all(root_);
+        ::umask(savedMask_);
+    }
+    InitializationInfo In(const char* relative, InitializationInfo info) const {
+        info.baseDirectory = MakeFileLocation(root_ + relative);
+        return info;
+    }
+    std::set<std::string> List(const char* relative) const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(root_ + relative)) names.insert(entry.path().filename());
+        return names;
+    }
+    unsigned Mode(const char* relative) const {
+        return static_cast<unsigned>(fs::status(root_ + relative).permissions());
+    }
+
+    std::string root_;
+    mode_t savedMask_ = 0;
+};
+
+TEST_F(ApplyInitializationInfoTest, EmptiesTheDirectoryWritesTheFilesAndTakesOverTheSettings) {
+    fs::create_directories(root_ + "/base/old/deeper");
+    WriteWholeFile(MakeFileLocation(root_ + "/base/stale.html"), "old");
+    ::chmod((root_ + "/base").c_str(), 0755);
+    InitializationInfo info = In("/base", Delivering({{"_brand.xlat", "", "apply: brand\tfrom the brand file"},
+                                                      {"page.html", "", "top"},
+                                                      {"page.html", "pages", "from a sub-folder"},
+                                                      {"icon.ico", "", "\x01\x02"}},
+                                                     false));
+    const Instant remindAt(1700000000 * kMicrosecondsPerSecond);
+    info.settings.remindTime = TimeObject(remindAt, TimeZone(3600));
+    info.settings.remindInterval = TimeInterval(900 * kMicrosecondsPerSecond);
+    info.settings.allowSnooze = false;
+
+    ApplyInitializationInfo(info);
+    EXPECT_EQ(List("/base"), (std::set<std::string>{"_brand.xlat", "icon.ico", "page.html"}));
+    // The sub-folder is ignored, so its file replaced the top-level one.
+    EXPECT_EQ(ReadWholeFile(MakeFileLocation(root_ + "/base/page.html")), "from a sub-folder");
+    EXPECT_EQ(ReadWholeFile(MakeFileLocation(root_ + "/base/icon.ico")), "\x01\x02");
+    EXPECT_EQ(Mode("/base"), 0755u);
+    EXPECT_EQ(Translated("apply: brand"), "from the brand file");
+    EXPECT_EQ(m_baseDirectory, info.baseDirectory);
+    EXPECT_EQ(m_postponedTo, remindAt);
+    EXPECT_EQ(m_remindInterval, info.settings.remindInterval);
+    EXPECT_FALSE(m_snoozable);
+    EXPECT_FALSE(international);
+    EXPECT_TRUE(initialized);
+}
+
+TEST_F(ApplyInitializationInfoTest, CreatesOnlyTheBaseDirectoryItselfPrivate) {
+    ApplyInitializationInfo(In("/a/b/base", Delivering({}, false)));
+    EXPECT_EQ(Mode("/a"), 0755u);
+    EXPECT_EQ(Mode("/a/b"), 0755u);
+    EXPECT_EQ(Mode("/a/b/base"), 0700u);
+    EXPECT_EQ(m_postponedTo, Instant());  // no RemindTime: the dialog may appear at once
+    EXPECT_TRUE(initialized);
+}
+
+// Only the check itself sees these paths: handing them to ApplyInitializationInfo
+// would empty the machine the moment the check regressed.
+TEST_F(ApplyInitializationInfoTest, RefusesABaseDirectoryThatWouldWipeTooMuch) {
+    fs::create_directory_symlink("/", root_ + "/root-link");
+    const std::string paths[] = {"", "/", "//", "/tmp/..", root_ + "/root-link", root_ + "/root-link/."};
+    for (const std::string& path : paths) {
+        SCOPED_TRACE(path);
+        EXPECT_THROW(RefuseUnsafeBaseDirectory(MakeFileLocation(path)), UnsafeBaseDirectory);
+    }
+    EXPECT_NO_THROW(RefuseUnsafeBaseDirectory(MakeFileLocation(root_ + "/missing/base")));
+    EXPECT_THROW(MakeFileLocation("relative/base"), IllegalFileLocation);  // never reaches a record
+    // A record without a base directory is refused before anything happens.
+    EXPECT_THROW(ApplyInitializationInfo(InitializationInfo()), UnsafeBaseDirectory);
+    EXPECT_FALSE(m_baseDirectory.HasPath());
+    EXPECT_FALSE(initialized);
+}
+
+TEST_F(ApplyInitializationInfoTest, AFailureLeavesEarlyAndUninitialised) {
+    WriteWholeFile(MakeFileLocation(root_ + "/file"), "");
+    struct Case {
+        const char* what;
+        const char* base;
+        std::vector<FileTransfer> extra;
+        std::function<void(const InitializationInfo&)> expectThrow;
+        std::set<std::string> left;
+    };
+    const auto far = TimeObject(DateRecord(1, January, 4000000), TimeOfDay(), TimeZone());
+    const Case cases[] = {
+        {"empty file name", "/a", {FileTransfer{FileName(), FileName(), ""}},
+         [](auto& i) { EXPECT_THROW(ApplyInitializationInfo(i), IllegalFileName); }, {"first"}},
+        {"bad Base64", "/b", {FileTransfer{FileName("x"), FileName(), "*"}},
+         [](auto& i) { EXPECT_THROW(ApplyInitializationInfo(i), Base64DecodeError); }, {"first"}},
+        {"base is a file", "/file/base", {},
+         [](auto& i) { EXPECT_THROW(ApplyInitializationInfo(i), DirectoryNotFoundError); }, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        InitializationInfo info = In(c.base, Delivering({{"first", "", "1"}, {"_brand.xlat", "", ""}}, false));
+        info.supportFiles.insert(info.supportFiles.begin() + 1, c.extra.begin(), c.extra.end());
+        c.expectThrow(info);
+        if (!c.left.empty()) {
+            EXPECT_EQ(List(c.base), c.left);
+        }
+        EXPECT_FALSE(initialized);
+    }
+    // A remind time beyond what an instant holds fails before anything is emptied.
+    InitializationInfo info = In("/a", Delivering({}, false));
+    info.settings.remindTime = far;
+    EXPECT_THROW(ApplyInitializationInfo(info), NoSuchDate);
+    EXPECT_EQ(List("/a"), std::set<std::string>{"first"});
+}
+
+// setlocale and loaded translations are process-wide: each case runs in a
+// child process of its own.
+void InChild(const char* locale, const std::function<void()>& body) {
+    std::fflush(stdout);
+    const pid_t child = ::fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+        ::setenv("LC_ALL", locale, 1);
+        try {
+            body();
+        } catch (...) {
+            ADD_FAILURE() << "exception from the child";
+        }
+        std::fflush(stdout);
+        ::_exit(::testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "child status " << status;
+}
+
+TEST_F(ApplyInitializationInfoTest, LoadsTheFilesOfTheRealLocale) {
+    struct Case {
+        const char* locale;
+        InitializationInfo info;
+        std::vector<std::pair<const char*, const char*>> translations;
+    };
+    const Case cases[] = {
+        {"de_DE.UTF-8",
+         In("/de", Delivering({{"_brand.xlat", "", "K1\tplain"},
+                               {"_BRANDDE_DE.xlat", "", "K1\tlokal\nK2\tlokal"},
+                               {"de.xlat", "", "K2\tallgemein"}})),
+         {{"K1", "lokal"}, {"K2", "allgemein"}}},
+        {"C.UTF-8", In("/c", Delivering({{"_brand.xlat", "sub", "K3\tsub"}, {"C.xlat", "", "K2\tc"}})),
+         {{"K2", "c"}, {"K3", "-"}}},
+    };
+    locale_t german = ::newlocale(LC_CTYPE_MASK, "de_DE.UTF-8", locale_t(0));
+    if (german == locale_t(0)) {
+        // Root can make it (scripts/test.sh does), so a missing locale is a fault there.
+        if (::geteuid() == 0) FAIL() << "locale de_DE.UTF-8 missing: localedef -i de_DE -f UTF-8 de_DE.UTF-8";
+        GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";
+    }
+    ::freelocale(german);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.locale);
+        InChild(c.locale, [&c] {
+            ApplyInitializationInfo(c.info);
+            EXPECT_TRUE(international);
+            EXPECT_TRUE(initialized);
+            for (const auto& [key, text] : c.translations) {
+                EXPECT_EQ(Translated(key), text) << key;
+            }
+        });
+    }
+}
+
+}  // namespace
