@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "text/LocalizedStrings.h"
 #include "text/UFormat.h"
 
 namespace {
@@ -37,6 +38,20 @@ void FormatRenderOurs(benchmark::State& state) {
     }
 }
 BENCHMARK(FormatRenderOurs)->Name("FormatRender/ours/2args");
+
+// The same text through its catalogue function: global context, two local
+// times of day, and the transcoding into the locale's encoding.
+void FormatRenderCatalogue(benchmark::State& state) {
+    const std::string bytes = TranslationFile(5000);
+    const FormatOverrideSet set(bytes);
+    const FormatOverrideScope scope(set, GlobalFormatOverrideContext());
+    const Instant start(1795822200LL * 1000000), end(1795828500LL * 1000000);
+    for (auto _ : state) {
+        AutoNullTerminated<char> text = LocalizedStrings::QuietModeExplanation(start, end);
+        benchmark::DoNotOptimize(text.Get());
+    }
+}
+BENCHMARK(FormatRenderCatalogue)->Name("FormatRender/ours/catalogue");
 
 void FormatRenderSnprintf(benchmark::State& state) {
     char buffer[256];
