@@ -138,6 +138,9 @@ struct SummaryFacts {
     Consequence consequence = Consequence::None;
     NullOr<Instant> deadline;
     bool automatic = false;  // ForceRun of the action that holds the deadline
+    // Read once, so that the sentence chosen and the deadline text in it
+    // agree even across a second boundary.
+    Instant now = Instant::Now();
 };
 
 std::size_t GridCell(const SummaryFacts& facts) {
@@ -150,7 +153,7 @@ std::size_t GridCell(const SummaryFacts& facts) {
         return 18 + consequence * 2 + save;
     }
     // Exactly five minutes away still counts as "within".
-    if (*facts.deadline < Instant::Now() + kNowThreshold) {
+    if (*facts.deadline < facts.now + kNowThreshold) {
         return 12 + consequence * 2 + save;
     }
     return consequence * 4 + 2 + save;
@@ -161,8 +164,7 @@ AutoUString<UTF8> Render(const SummaryText& text, const SummaryFacts& facts) {
     if (!text.hasDeadlineText) {
         return MakeUString(FormatPlusArguments(format));
     }
-    // The clock is read again: the deadline text counts from this moment.
-    const AutoUString<UTF8> deadline = FormattedDeadline(*facts.deadline, Instant::Now(), facts.automatic, false);
+    const AutoUString<UTF8> deadline = FormattedDeadline(*facts.deadline, facts.now, facts.automatic, false);
     return MakeUString(FormatPlusArguments(format, deadline));
 }
 
