@@ -1,0 +1,32 @@
+#include "app/Exit.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "pipe/Sleep.h"
+#include "ui/DialogCalls.h"
+
+namespace {
+
+ExitFunction testEnding = nullptr;
+
+}  // namespace
+
+void SetExitFunctionForTesting(ExitFunction ending) {
+    testEnding = ending;
+}
+
+void ExitCleanup(int status, const char* reason) {
+    DestroyApplicationContext();
+    if (testEnding != nullptr) {
+        testEnding(status, reason);
+        return;
+    }
+    // Lets the writer thread send what was queued just before.
+    MilliSecondSleep(2000);
+    // The pipe's threads are still running and may be inside the queues or
+    // the thread registry: end without running the destructors of globals,
+    // which they could otherwise meet half torn down.
+    std::fflush(nullptr);
+    std::_Exit(status);
+}

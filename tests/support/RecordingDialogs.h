@@ -1,0 +1,30 @@
+#pragma once
+
+// The dispatch's view of the X side, recorded instead of shown: every
+// function of ui/DialogCalls.h appends one line to a transcript, e.g.
+// "ShowActionRequestDialog(false,PT5M,true)". Link RecordingDialogs.cpp into a
+// test instead of the ui/ implementation.
+
+#include <string>
+#include <vector>
+
+#include "base/Exceptions.h"
+
+namespace RecordingDialogs {
+
+// Every call so far, oldest first.
+const std::vector<std::string>& Transcript();
+// Returns the transcript and starts a new one.
+std::vector<std::string> Take();
+// Empties the transcript and resets what IsActionRequestDialogShown answers (false).
+void Reset();
+// What IsActionRequestDialogShown() answers from now on.
+void SetActionDialogShown(bool shown);
+// Calls of the function with this name (e.g. "ShowActionDetailsDialog") throw
+// RecordedDialogFailure after being recorded; empty for none. Reset clears it.
+void FailOn(const std::string& function);
+
+}  // namespace RecordingDialogs
+
+// What a dialog call throws when a test asked for a failure.
+class RecordedDialogFailure : public DebuggableException {};
