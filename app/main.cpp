@@ -1,8 +1,44 @@
-#include <cstdio>
+// ZAMClientUI: the desktop side of the endpoint agent. The client starts it
+// with the protocol pipe on standard input and output.
 
-// The client protocol, the display and the dialogs are not wired into the
-// program yet: refuse to run rather than pretend to be a user interface.
-int main() {
-    std::fputs("ZAMClientUI: not usable yet (the client protocol is not wired up)\n", stderr);
-    return 1;
+#include <csignal>
+
+#include "app/ClientLink.h"
+#include "app/Dispatch.h"
+#include "app/Exit.h"
+#include "app/Settings.h"
+#include "pipe/Sleep.h"
+#include "pipe/UnixPipe.h"
+#include "protocol/UIReports.h"
+#include "ui/XApplication.h"
+
+int main(int argc, char** argv) {
+    // A client that stops reading must end us through the pipe's write error
+    // (exit status 0), not through the signal.
+    std::signal(SIGPIPE, SIG_IGN);
+
+    clientPipe = new UnixPipe(readQ, writeQ);
+    clientPipe->AddReference();
+    // Not checked: a thread that cannot start leaves the pipe alive, and the
+    // program waits for an initialisation that never comes.
+    clientPipe->Start(0, 1);
+
+    ReadyForData ready;
+    WriteXMLToClient(ready);
+
+    // Before the display is opened: only the client's messages, once a second.
+    while (!initialized) {
+        // Checked before the sleep, so a dead pipe ends us within a second.
+        if (clientPipe->Killed()) ExitCleanup(0, "CLOSED");
+        MilliSecondSleep(1000);
+        ProcessMessagesFromClient();
+    }
+
+    InitXApp(argc, argv);
+
+    // The X loop only comes back here after an exception in it.
+    UnixPipe* pipe = clientPipe;
+    clientPipe = nullptr;
+    if (pipe->RemoveReference() == 0) delete pipe;
+    return 0;
 }
