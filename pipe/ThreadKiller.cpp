@@ -8,13 +8,15 @@
 
 namespace {
 
+// Made once and never destroyed: a pipe's threads may still register and
+// ring while the process ends, after static destructors have run.
 std::mutex& RegistryLock() {
-    static std::mutex lock;
+    static std::mutex& lock = *new std::mutex;
     return lock;
 }
 
 std::vector<std::shared_ptr<Doorbell>>& Registry() {
-    static std::vector<std::shared_ptr<Doorbell>> bells;
+    static auto& bells = *new std::vector<std::shared_ptr<Doorbell>>;
     return bells;
 }
 
