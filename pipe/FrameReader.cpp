@@ -1,6 +1,7 @@
 #include "pipe/FrameReader.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 std::size_t FrameReader::Wanted() const noexcept {
@@ -25,7 +26,7 @@ std::size_t FrameReader::Feed(const char* data, std::size_t size) {
 
 std::size_t FrameReader::FeedHeader(const char* data, std::size_t size) {
     const std::size_t taken = std::min(size, kFrameHeaderSize - headerFill_);
-    std::copy(data, data + taken, header_ + headerFill_);
+    if (taken != 0) std::memcpy(header_ + headerFill_, data, taken);
     headerFill_ += taken;
     if (headerFill_ < kFrameHeaderSize) return taken;
 
