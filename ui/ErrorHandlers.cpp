@@ -1,0 +1,66 @@
+#include "ui/ErrorHandlers.h"
+
+#include <cstring>
+#include <string>
+
+#include "app/ClientLink.h"
+#include "app/Exit.h"
+#include "protocol/UIReports.h"
+#include "ui/ErrorTexts.h"
+#include "ui/XGlobals.h"
+
+namespace {
+
+// Room for the toolkit's text of a warning, as its message catalogue gives it.
+constexpr int kWarningTextBuffer = 1024;
+
+}  // namespace
+
+int X_ErrorHandler(Display* display, XErrorEvent* event) {
+    char text[kXErrorTextBuffer] = {};
+    constexpr std::size_t prefix = sizeof kXErrorPrefix - 1;
+    if (display != nullptr && event != nullptr) {
+        XGetErrorText(display, event->error_code, text + prefix, static_cast<int>(sizeof text - prefix));
+    }
+    text[sizeof text - 1] = '\0';
+    ExitCleanup(-1, XErrorText(text + prefix).c_str());
+    return 0;
+}
+
+int X_IOErrorHandler(Display*) {
+    ExitCleanup(0, "CLOSED");
+    return 0;
+}
+
+void Xt_ErrorHandler(String message) {
+    ExitCleanup(-1, XtErrorText(message).c_str());
+}
+
+void WarningMsgHandler(String name, String type, String warningClass, String defaultMessage, String* params,
+                       Cardinal* paramCount) {
+    if (!IsFatalWarning(name)) {
+        if (defaultWarningMsgHandler != nullptr) {
+            defaultWarningMsgHandler(name, type, warningClass, defaultMessage, params, paramCount);
+        }
+        return;
+    }
+    // The text as the toolkit's message catalogue has it for this warning,
+    // its built-in message when the catalogue has none.
+    char message[kWarningTextBuffer] = {};
+    if (app_context != nullptr) {
+        XtAppGetErrorDatabaseText(app_context, name, type, warningClass, defaultMessage != nullptr ? defaultMessage : "",
+                                  message, sizeof message, nullptr);
+    } else if (defaultMessage != nullptr) {
+        std::strncpy(message, defaultMessage, sizeof message - 1);
+    }
+    message[sizeof message - 1] = '\0';
+    const std::string text = FatalWarningText(name, message);
+    try {
+        ClientUIErrorMessage error(ClientUIErrorMessage::FontError, text);
+        SendErrorToClient(error);
+    } catch (...) {
+        // A text the writer cannot encode must not keep the process alive
+        // without fonts, nor unwind through the toolkit: end all the same.
+    }
+    ExitCleanup(0, text.c_str());
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+// The handlers through which X and the toolkit report failures. Each failure
+// ends the process through ExitCleanup; none is retried.
+
+#include <X11/Intrinsic.h>
+
+// A protocol error: "XError: " and the server's text; exit status -1.
+int X_ErrorHandler(Display* display, XErrorEvent* event);
+
+// The connection is gone: a normal way to end, like the client closing the
+// pipe; exit status 0.
+int X_IOErrorHandler(Display* display);
+
+// A toolkit error: "XtError: " and the message; exit status -1.
+void Xt_ErrorHandler(String message);
+
+// "noFont" ends the program: the client is told (error code 1) and the process
+// exits with 0. Every other warning goes to the handler the toolkit had
+// before, if any.
+void WarningMsgHandler(String name, String type, String warningClass, String defaultMessage, String* params,
+                       Cardinal* paramCount);
