@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs every test: installs what is missing, then builds and tests the plain,
-# ASan+UBSan and TSan builds, and runs each fuzz target for a short while.
+# ASan+UBSan and TSan builds, builds the optimised program and benchmarks, and
+# runs each fuzz target for a short while. Any compiler warning fails the run.
 # Exits non-zero on the first failure and prints how long each stage took.
 #
 #   ZAM_FUZZ_SECONDS  seconds per fuzz target (default 30)
@@ -22,16 +23,29 @@ stage() {
   echo "=== $name: $((SECONDS - start)) s"
 }
 
+# Builds a preset; a warning from the compiler fails the stage.
+build_checked() {
+  local preset=$1 log
+  log=$(mktemp)
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs" 2>&1 | tee "$log"
+  if grep -q 'warning:' "$log"; then
+    echo "compiler warnings in the $preset build:"
+    grep 'warning:' "$log"
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
+
 build_and_test() {
   local preset=$1
-  cmake --preset "$preset" >/dev/null
-  cmake --build --preset "$preset" -j "$jobs"
+  build_checked "$preset"
   ctest --preset "$preset" -j "$jobs"
 }
 
 run_fuzzers() {
-  cmake --preset fuzz >/dev/null
-  cmake --build --preset fuzz -j "$jobs"
+  build_checked fuzz
   local found=0 target corpus
   for target in build/fuzz/fuzz/*Fuzz; do
     [ -x "$target" ] || continue
@@ -65,5 +79,6 @@ stage "generate locales" generate_locales
 stage "plain build and tests" build_and_test dev
 stage "ASan+UBSan build and tests" build_and_test asan
 stage "TSan build and tests" build_and_test tsan
+stage "optimised build with benchmarks" build_checked release
 stage "fuzzing" run_fuzzers
 echo "=== all stages: $((SECONDS - total)) s"
