@@ -1,0 +1,139 @@
+// InitXApp in forked children, with dialog calls that fail the way a tick
+// can: the X loop's endings and what reaches the pipe before them.
+
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "app/ClientLink.h"
+#include "app/Settings.h"
+#include "base/xml/SimpleXML.h"
+#include "protocol/UIReports.h"
+#include "tests/support/XvfbEnvironment.h"
+#include "tests/ui/ChildProcess.h"
+#include "ui/DialogCalls.h"
+#include "ui/XApplication.h"
+#include "ui/XGlobals.h"
+
+namespace {
+
+::testing::Environment* const xvfb = AddXvfbEnvironment();
+
+// What the fake dialog call does on the first tick after initialisation.
+enum class Fault { Throw, FontWarning, OtherWarningThenThrow, ToolkitError };
+Fault fault = Fault::Throw;
+
+class TickFailure : public DebuggableException {};
+
+void FailTheTick() {
+    switch (fault) {
+        case Fault::Throw:
+            throw TickFailure();
+        case Fault::FontWarning:
+            // As the toolkit reports a font set it cannot make.
+            XtAppWarningMsg(app_context, "noFont", "cvtStringToFontSet", "XtToolkitError",
+                            "Unable to load any usable fontset", nullptr, nullptr);
+            break;
+        case Fault::OtherWarningThenThrow:
+            XtAppWarningMsg(app_context, "conversionError", "string", "XtToolkitError", "Cannot convert", nullptr,
+                            nullptr);
+            throw TickFailure();
+        case Fault::ToolkitError:
+            XtAppErrorMsg(app_context, "invalidParameter", "test", "XtToolkitError", "A broken toolkit call", nullptr,
+                          nullptr);
+            break;
+    }
+}
+
+}  // namespace
+
+// The dialogs of this program: only the one the tick calls every time does
+// anything.
+void ShowActionRequestDialog(bool, const TimeInterval&, bool) {}
+void UpdateActionRequestDialog() {}
+bool IsActionRequestDialogShown() {
+    return false;
+}
+void EnableActionRequestDialog() {}
+void DisableActionRequestDialog() {}
+void ShowActionDetailsDialog(unsigned long long) {}
+void ShowConfirmationRequestDialog(unsigned long long) {}
+void ShowMessageDialog(const MessageRequest&) {}
+void RemoveMessageDialog(unsigned long long) {}
+void RemoveTimedoutMessageDialogs() {
+    FailTheTick();
+}
+void ShowQuietModeDialog(const Instant&, const Instant&) {}
+void RemoveQuietModeDialog() {}
+
+namespace {
+
+// What InitXApp's return is marked with on the pipe, so that a normal return
+// can be told from an ExitCleanup with the same status.
+constexpr char kReturned[] = "InitXApp returned";
+
+// The program after its initialisation: the pipe on standard input and
+// output, then the X side.
+int RunInitializedProgram() {
+    clientPipe = new UnixPipe(readQ, writeQ);
+    clientPipe->AddReference();
+    clientPipe->Start(0, 1);
+    initialized = true;
+    char name[] = "ZAMClientUI";
+    char* argv[] = {name, nullptr};
+    const int result = InitXApp(1, argv);
+    SendToClient(clientWriter, UStringRef<UTF8>(kReturned));
+    while (!writeQ.IsEmpty()) UnixPipe::Sleep(10);
+    UnixPipe::Sleep(200);  // the writer thread has taken the last one; let it write
+    return result;
+}
+
+struct Ending {
+    int status;
+    std::vector<std::string> frames;
+};
+
+Ending RunWith(Fault chosen) {
+    fault = chosen;
+    ChildProcess child;
+    EXPECT_TRUE(child.Fork(RunInitializedProgram));
+    Ending ending{-2, {}};
+    // The error report waits for the pipe to drain, then two seconds.
+    while (auto frame = child.ReadFrame(std::chrono::seconds(30))) ending.frames.push_back(*frame);
+    if (auto status = child.WaitForExit(std::chrono::seconds(30))) ending.status = *status;
+    return ending;
+}
+
+TEST(XAppLoop, AnExceptionOutOfTheTickEndsTheLoopAndTheProgramReturns0) {
+    for (Fault chosen : {Fault::Throw, Fault::OtherWarningThenThrow}) {
+        SCOPED_TRACE(static_cast<int>(chosen));
+        const Ending ending = RunWith(chosen);
+        EXPECT_EQ(ending.status, 0);
+        EXPECT_EQ(ending.frames, std::vector<std::string>{kReturned});
+    }
+}
+
+TEST(XAppLoop, TheFontWarningIsReportedTwiceThenTheProgramEndsWith0) {
+    const Ending ending = RunWith(Fault::FontWarning);
+    EXPECT_EQ(ending.status, 0);
+    ASSERT_EQ(ending.frames.size(), 2u);
+    EXPECT_EQ(ending.frames[0], ending.frames[1]);
+    const std::unique_ptr<XMLElement> root = SimpleXML::Parse(UStringRef<UTF8>(ending.frames[0]));
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->Name().View(), "ClientToUI");
+    ClientUIErrorMessage error;
+    XMLSerialize(root->GetChildElement("ClientUIErrorMessage"), error);
+    EXPECT_EQ(error.errorCode, 1u);
+    EXPECT_EQ(error.debugString, "noFont (Unable to load any usable fontset)");
+}
+
+TEST(XAppLoop, AToolkitErrorEndsTheProgramWith255) {
+    const Ending ending = RunWith(Fault::ToolkitError);
+    EXPECT_EQ(ending.status, 255);
+    EXPECT_TRUE(ending.frames.empty());
+}
+
+}  // namespace
