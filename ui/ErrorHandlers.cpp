@@ -1,5 +1,6 @@
 #include "ui/ErrorHandlers.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -34,6 +35,9 @@ int X_IOErrorHandler(Display*) {
 
 void Xt_ErrorHandler(String message) {
     ExitCleanup(-1, XtErrorText(message).c_str());
+    // Only a test's replacement of the ending comes back here, and the
+    // toolkit must not get control back after an error.
+    std::_Exit(-1);
 }
 
 void WarningMsgHandler(String name, String type, String warningClass, String defaultMessage, String* params,

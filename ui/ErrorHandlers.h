@@ -12,8 +12,9 @@ int X_ErrorHandler(Display* display, XErrorEvent* event);
 // pipe; exit status 0.
 int X_IOErrorHandler(Display* display);
 
-// A toolkit error: "XtError: " and the message; exit status -1.
-void Xt_ErrorHandler(String message);
+// A toolkit error: "XtError: " and the message; exit status -1. The toolkit
+// requires that it never returns (_X_NORETURN: a type the toolkit checks).
+_X_NORETURN void Xt_ErrorHandler(String message);
 
 // "noFont" ends the program: the client is told (error code 1) and the process
 // exits with 0. Every other warning goes to the handler the toolkit had
