@@ -1,121 +1,181 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 #include <unistd.h>
 
-#include "tests/app/DispatchFixture.h"
+#include "actions/PendingActions.h"
+#include "app/ClientLink.h"
+#include "app/Dispatch.h"
+#include "app/Exit.h"
+#include "app/OpenRequest.h"
+#include "app/Settings.h"
+#include "app/Tick.h"
+#include "base/time/Clock.h"
+#include "pipe/FiFoQueue.h"
+#include "pipe/UnixPipe.h"
+#include "tests/support/RecordingDialogs.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
 using Strings = std::vector<std::string>;
 using IdList = std::vector<unsigned long long>;
+using T = UICommandType;
 
-const std::string kShow = "ShowActionRequestDialog(false,PT5M,true)";
-const std::string kUpdate = "UpdateActionRequestDialog()";
+// The pinned now: Tue, 14 Nov 2023 22:13:20 +0000.
+Instant At(std::int64_t secondsFromNow) { return Instant((1700000000 + secondsFromNow) * kMicrosecondsPerSecond); }
 
-class ClientMessages : public DispatchFixture {};
+const std::string kShow = "ShowActionRequestDialog(false,PT5M,true)", kUpdate = "UpdateActionRequestDialog()",
+                  kEnable = "EnableActionRequestDialog()", kShown = "IsActionRequestDialogShown()",
+                  kHidden = "CreateHiddenWindowOnce()", kTimeouts = "RemoveTimedoutMessageDialogs()",
+                  kNoQuiet = "RemoveQuietModeDialog()", kXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
-TEST_F(ClientMessages, ActionRequestIsAppendedAndShownEvenWhileSnoozed) {
+struct ObservedExit {
+    int count = 0, status = 0;
+    std::string reason;
+} observedExit;
+
+// Resets every global the dispatch touches; the dialogs are recorded, not shown.
+class Dispatch : public ::testing::Test {
+protected:
+    void SetUp() override {
+        SetExitFunctionForTesting([](int status, const char* reason) {
+            observedExit = {observedExit.count + 1, status, reason};
+        });
+        // Whatever an earlier test left queued or held back is handled and dropped first.
+        clientPipe = nullptr;
+        initialized = true;
+        ProcessMessagesFromClient();
+        ProcessMessagesFromClient();
+        ProcessMessagesFromUI();
+        Sent();
+        actions.clear();
+        initialized = inQuietMode = takeAllPending = false;
+        takeAllCursor = 0;
+        m_postponedTo = Instant();
+        m_remindInterval = TimeInterval(300 * kMicrosecondsPerSecond);
+        m_snoozable = true;
+        observedExit = ObservedExit();
+        RecordingDialogs::Reset();
+    }
+    void TearDown() override { SetExitFunctionForTesting(nullptr); }
+
+    static void Receive(const std::string& text) {
+        UIMessage message;
+        message.text = AutoUString<UTF8>(text);
+        readQ.WriteMessage(std::move(message));
+    }
+    static std::string Doc(const std::string& children) { return "<ClientToUI>" + children + "</ClientToUI>"; }
+    static void Handle(const std::string& children) {
+        Receive(Doc(children));
+        ProcessMessagesFromClient();
+    }
+    static std::string Action(unsigned long long id, const std::string& more = "") {
+        const std::string n = std::to_string(id);
+        return "<ActionRequest><ID>" + n + "</ID><Title>Action " + n + "</Title>" + more + "</ActionRequest>";
+    }
+    static std::string Forced(unsigned long long id, const char* deadline) {
+        return Action(id, std::string("<ForceRun>true</ForceRun><Deadline>") + deadline + "</Deadline>");
+    }
+    static void Run(T type, unsigned long long id = 0, long minutes = 0, long long seconds = 0) {
+        QueueCommand(type, id, minutes, seconds);
+        ProcessMessagesFromUI();
+    }
+    // Every document queued for the client since the last call, oldest first.
+    static Strings Sent() {
+        FiFoQueue<UIMessage> queued;
+        writeQ.ReadMessages(queued);
+        Strings texts;
+        while (!queued.IsEmpty()) texts.push_back(queued.TakeFront().text.Str());
+        return texts;
+    }
+    static std::string Taken(unsigned long long id, bool cancel = false) {
+        return kXml + "<UIToClient>\n\t<ActionTaken>\n\t\t<IsCancel>" + (cancel ? "true" : "false") +
+               "</IsCancel>\n\t\t<IsOffer>false</IsOffer>\n\t\t<ID>" + std::to_string(id) +
+               "</ID>\n\t</ActionTaken>\n</UIToClient>";
+    }
+    static IdList Ids() {
+        IdList ids;
+        for (const ActionRequest& action : actions) ids.push_back(action.id);
+        return ids;
+    }
+    static Strings Calls() { return RecordingDialogs::Take(); }
+
+    ScopedClockOverride clock_{At(0)};
+};
+
+// ---- Client messages ----
+
+TEST_F(Dispatch, ActionRequestsAreAppendedAndShownEvenWhileSnoozed) {
     m_postponedTo = At(3600);
-    Receive(Doc(Action(7) + Action(3)));
+    Receive("");  // skipped, not a bad message
+    Receive(Doc("<Unknown><ID>1</ID></Unknown>" + Action(7) + Action(3)));
     Receive("<AnyRootAtAll>" + Action(7) + "</AnyRootAtAll>");
     ProcessMessagesFromClient();
-    // Duplicate IDs are kept as two entries, in arrival order.
-    EXPECT_EQ(Ids(), (IdList{7, 3, 7}));
+    EXPECT_EQ(Ids(), (IdList{7, 3, 7}));  // a duplicate ID is a second entry
     EXPECT_EQ(Calls(), (Strings{kUpdate, kShow, kUpdate, kShow, kUpdate, kShow}));
     EXPECT_TRUE(Sent().empty());
 }
 
-TEST_F(ClientMessages, UnknownElementsAndEmptyMessagesAreSkipped) {
-    Receive("");
-    Receive(Doc("<Unknown><ID>1</ID></Unknown>" + Action(2)));
-    ProcessMessagesFromClient();
-    EXPECT_EQ(Ids(), (IdList{2}));
-}
-
-TEST_F(ClientMessages, RemoveRequestByType) {
-    struct Case {
-        const char* type;  // null: no RemoveType element
-        IdList left;
-        Strings calls;
-    };
+TEST_F(Dispatch, RemoveRequestByType) {
+    struct Case { const char* type; IdList left; Strings calls; };  // type null: no RemoveType element
     const Case cases[] = {
         {"Action", {5, 6}, {kUpdate}},
         {"All", {5, 6}, {kUpdate, "RemoveMessageDialog(5)"}},
         {"Message", {5, 5, 6}, {"RemoveMessageDialog(5)"}},
         {"Offer", {5, 5, 6}, {}},
-        {"action", {5, 6}, {kUpdate, "RemoveMessageDialog(5)"}},
         {nullptr, {5, 6}, {kUpdate, "RemoveMessageDialog(5)"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.type ? c.type : "(none)");
         actions.clear();
-        Receive(Doc(Action(5) + Action(5) + Action(6)));
-        ProcessMessagesFromClient();
+        Handle(Action(5) + Action(5) + Action(6));
         Calls();
-        const std::string type = c.type ? std::string("<RemoveType>") + c.type + "</RemoveType>" : "";
-        Receive(Doc("<RemoveRequest>" + type + "<ID>5</ID></RemoveRequest>"));
-        ProcessMessagesFromClient();
+        Handle("<RemoveRequest>" + (c.type ? std::string("<RemoveType>") + c.type + "</RemoveType>" : "") +
+               "<ID>5</ID></RemoveRequest>");
         EXPECT_EQ(Ids(), c.left);
         EXPECT_EQ(Calls(), c.calls);
     }
     EXPECT_TRUE(Sent().empty());
 }
 
-TEST_F(ClientMessages, MessageRequestOpensAMessageDialog) {
-    Receive(Doc("<MessageRequest><Title>Done</Title><Message>m</Message><ID>12</ID></MessageRequest>"));
-    ProcessMessagesFromClient();
-    EXPECT_EQ(Calls(), (Strings{"ShowMessageDialog(12,Done)"}));
+TEST_F(Dispatch, MessageAndQuietModeElements) {
+    const std::string message = "<MessageRequest><Title>Done</Title><Message>m</Message><ID>12</ID></MessageRequest>";
+    const std::string start = "<QuietModeStart><StartTime>Tue, 14 Nov 2023 22:13:20 +0000</StartTime><EndTime>"
+                              "Tue, 14 Nov 2023 23:13:20 +0000</EndTime></QuietModeStart>";
+    const std::string end = "<QuietModeEnd><Ignored>x</Ignored></QuietModeEnd>";
+    // A trailing Action shows that a failure dropped the rest of the document.
+    struct Case { const char* what; std::string xml; bool quiet, shown; const char* fail; bool after; Strings calls; };
+    const Case cases[] = {
+        {"message", message, false, false, "", false, {"ShowMessageDialog(12,Done)"}},
+        {"start, hidden", start, false, false, "", true, {kShown}},
+        {"start, shown", start, false, true, "", true,
+         {kShown, "ShowQuietModeDialog(1700000000,1700003600)", "DisableActionRequestDialog()"}},
+        {"start unreadable", "<QuietModeStart><StartTime>soon</StartTime></QuietModeStart>" + Action(1), false, true,
+         "", true, {}},
+        {"end, hidden", end, true, false, "", false, {kNoQuiet, kShown}},
+        {"end, shown", end, true, true, "", false, {kNoQuiet, kShown, kUpdate, kEnable}},
+        {"end, notice fails", end + Action(1), true, true, "RemoveQuietModeDialog", false, {kNoQuiet}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        RecordingDialogs::Reset();
+        RecordingDialogs::SetActionDialogShown(c.shown);
+        RecordingDialogs::FailOn(c.fail);
+        inQuietMode = c.quiet;
+        Handle(c.xml);
+        EXPECT_EQ(inQuietMode, c.after);
+        EXPECT_EQ(Calls(), c.calls);
+        EXPECT_TRUE(actions.empty());
+    }
 }
 
-TEST_F(ClientMessages, QuietModeStartTurnsQuietModeOnAndCoversAShownDialog) {
-    const std::string start = Doc(
-        "<QuietModeStart><StartTime>Tue, 14 Nov 2023 22:13:20 +0000</StartTime>"
-        "<EndTime>Tue, 14 Nov 2023 23:13:20 +0000</EndTime></QuietModeStart>");
-    Receive(start);
-    ProcessMessagesFromClient();
-    EXPECT_TRUE(inQuietMode);
-    EXPECT_EQ(Calls(), (Strings{"IsActionRequestDialogShown()"}));
-
-    RecordingDialogs::SetActionDialogShown(true);
-    Receive(start);
-    ProcessMessagesFromClient();
-    EXPECT_EQ(Calls(), (Strings{"IsActionRequestDialogShown()", "ShowQuietModeDialog(1700000000,1700003600)",
-                                "DisableActionRequestDialog()"}));
-}
-
-TEST_F(ClientMessages, MalformedQuietModeStartStillTurnsQuietModeOn) {
-    Receive(Doc("<QuietModeStart><StartTime>soon</StartTime></QuietModeStart>" + Action(1)));
-    ProcessMessagesFromClient();
-    EXPECT_TRUE(inQuietMode);
-    EXPECT_TRUE(actions.empty());
-    EXPECT_TRUE(Calls().empty());
-}
-
-TEST_F(ClientMessages, QuietModeEndTurnsQuietModeOffAndRestoresAShownDialog) {
-    inQuietMode = true;
-    Receive(Doc("<QuietModeEnd></QuietModeEnd>"));
-    ProcessMessagesFromClient();
-    EXPECT_FALSE(inQuietMode);
-    EXPECT_EQ(Calls(), (Strings{"RemoveQuietModeDialog()", "IsActionRequestDialogShown()"}));
-
-    inQuietMode = true;
-    RecordingDialogs::SetActionDialogShown(true);
-    Receive(Doc("<QuietModeEnd><Ignored>x</Ignored></QuietModeEnd>"));
-    ProcessMessagesFromClient();
-    EXPECT_FALSE(inQuietMode);
-    EXPECT_EQ(Calls(), (Strings{"RemoveQuietModeDialog()", "IsActionRequestDialogShown()", kUpdate,
-                                "EnableActionRequestDialog()"}));
-}
-
-TEST_F(ClientMessages, ABadMessageDropsTheRestOfItsBatchOnly) {
+TEST_F(Dispatch, ABadMessageDropsTheRestOfItsBatchOnly) {
     const char* bad[] = {
         "not xml at all <",
         "<?xml version=\"1.0\"?>",  // no root element
-        "   ",
         "<ClientToUI><ActionRequest><ID>twelve</ID></ActionRequest></ClientToUI>",
         "<ClientToUI><ActionRequest><ID>99999999999999999999999</ID></ActionRequest></ClientToUI>",
         "<ClientToUI><MessageRequest><Timeout>P1Y</Timeout></MessageRequest></ClientToUI>",
@@ -128,78 +188,55 @@ TEST_F(ClientMessages, ABadMessageDropsTheRestOfItsBatchOnly) {
         Receive(Doc(Action(2)));
         ProcessMessagesFromClient();
         EXPECT_EQ(Ids(), (IdList{1}));
-        Receive(Doc(Action(3)));
-        ProcessMessagesFromClient();
+        Handle(Action(3));
         EXPECT_EQ(Ids(), (IdList{1, 3}));
     }
 }
 
-TEST_F(ClientMessages, ADialogThatThrowsDropsTheRestOfTheBatch) {
-    RecordingDialogs::FailOn("ShowMessageDialog");
-    Receive(Doc("<MessageRequest><ID>1</ID></MessageRequest>" + Action(1)));
-    Receive(Doc(Action(2)));
-    ProcessMessagesFromClient();
-    EXPECT_TRUE(actions.empty());
-}
-
-// Initialisation writes into a fresh directory under /tmp: never a path that
-// could lead to "/" or to the real working directory.
-class Initialisation : public DispatchFixture {
+// Initialisation writes only below a fresh directory under /tmp.
+class Initialisation : public Dispatch {
 protected:
     void SetUp() override {
-        DispatchFixture::SetUp();
+        Dispatch::SetUp();
         char pattern[] = "/tmp/zam-dispatch-XXXXXX";
         ASSERT_NE(::mkdtemp(pattern), nullptr);
         root_ = pattern;
     }
     void TearDown() override {
         if (root_.rfind("/tmp/zam-dispatch-", 0) == 0 && root_.size() > 18) fs::remove_all(root_);
-        DispatchFixture::TearDown();
+        Dispatch::TearDown();
     }
-    std::string Init(const std::string& base, const char* interval = "PT10M") const {
-        return "<InitializationInfo><BaseDirectory>" + base + "</BaseDirectory><InitialUISettings><RemindInterval>" +
-               interval + "</RemindInterval><AllowSnooze>false</AllowSnooze></InitialUISettings></InitializationInfo>";
+    std::string Init(const char* base, const char* interval = "PT10M", const std::string& more = "") const {
+        return "<InitializationInfo><BaseDirectory>" + root_ + base + "</BaseDirectory>" + more +
+               "<InitialUISettings><RemindInterval>" + interval +
+               "</RemindInterval><AllowSnooze>false</AllowSnooze></InitialUISettings></InitializationInfo>";
     }
     std::string root_;
 };
 
-TEST_F(Initialisation, HoldsBackTheRestOfTheBatchAndLosesTheRestOfTheDocument) {
-    Receive(Doc(Init(root_ + "/base") + Action(1)));
+TEST_F(Initialisation, HoldsBackTheRestOfTheBatchLosesTheRestOfTheDocumentAndHappensOnce) {
+    Receive(Doc(Init("/base") + Action(1)));
     Receive(Doc(Action(2)));
     ProcessMessagesFromClient();
     EXPECT_TRUE(initialized);
     EXPECT_TRUE(fs::is_directory(root_ + "/base"));
-    EXPECT_EQ(m_remindInterval, TimeInterval(600 * kMicrosecondsPerSecond));
     EXPECT_TRUE(actions.empty());
-
     // The held-back message comes before anything that arrived since.
-    Receive(Doc(Action(3)));
+    Receive(Doc(Init("/second", "PT1H") + Action(3)));
     ProcessMessagesFromClient();
     EXPECT_EQ(Ids(), (IdList{2}));
     EXPECT_EQ(Calls(), (Strings{kUpdate, "ShowActionRequestDialog(false,PT10M,false)"}));
     ProcessMessagesFromClient();
     EXPECT_EQ(Ids(), (IdList{2, 3}));
-}
-
-TEST_F(Initialisation, ASecondOneIsIgnored) {
-    Receive(Doc(Init(root_ + "/first")));
-    ProcessMessagesFromClient();
-    ASSERT_TRUE(initialized);
-    Receive(Doc(Init(root_ + "/second", "PT1H") + Action(4)));
-    ProcessMessagesFromClient();
-    EXPECT_FALSE(fs::exists(root_ + "/second"));
+    EXPECT_FALSE(fs::exists(root_ + "/second"));  // a second one is ignored
     EXPECT_EQ(m_remindInterval, TimeInterval(600 * kMicrosecondsPerSecond));
-    EXPECT_EQ(Ids(), (IdList{4}));
 }
 
 TEST_F(Initialisation, AFailedOneLeavesTheProgramWaiting) {
-    // Both fail inside the fresh directory: an unreadable interval before
-    // anything is written, a file without a name while writing.
+    // An unreadable interval fails before anything is written, a nameless file while writing.
     const std::string failing[] = {
-        Init(root_ + "/base", "PT"),
-        "<InitializationInfo><BaseDirectory>" + root_ +
-            "/base</BaseDirectory><SupportFiles><FileName></FileName><Content>YQ==</Content></SupportFiles>"
-            "</InitializationInfo>",
+        Init("/base", "PT"),
+        Init("/base", "PT1M", "<SupportFiles><FileName></FileName><Content>YQ==</Content></SupportFiles>"),
     };
     for (const std::string& init : failing) {
         SCOPED_TRACE(init);
@@ -209,9 +246,268 @@ TEST_F(Initialisation, AFailedOneLeavesTheProgramWaiting) {
         EXPECT_FALSE(initialized);
         EXPECT_TRUE(actions.empty());
     }
-    Receive(Doc(Init(root_ + "/base")));
-    ProcessMessagesFromClient();
+    Handle(Init("/base"));
     EXPECT_TRUE(initialized);
+}
+
+// ---- User commands, against actions 1, 2 (asks for confirmation) and 3 ----
+
+class Commands : public Dispatch {
+protected:
+    void SetUp() override {
+        Dispatch::SetUp();
+        Handle(Action(1) + Action(2, "<PreActionMessage>Save first</PreActionMessage>") + Action(3));
+        Calls();
+    }
+};
+
+TEST_F(Commands, SingleCommands) {
+    struct Case { const char* what; T type; unsigned long long id; Strings sent; IdList left; Strings calls; };
+    const Case cases[] = {
+        {"take", T::TakeAction, 3, {Taken(3)}, {1, 2}, {kUpdate, kEnable}},
+        {"take needing confirmation", T::TakeAction, 2, {}, {1, 2, 3}, {"ShowConfirmationRequestDialog(2)"}},
+        {"take gone", T::TakeAction, 9, {}, {1, 2, 3}, {kEnable}},
+        {"cancel", T::CancelAction, 2, {Taken(2, true)}, {1, 3}, {kUpdate, kEnable}},
+        {"cancel gone", T::CancelAction, 9, {}, {1, 2, 3}, {kEnable}},
+        {"accept single", T::ConfirmAccepted, 2, {Taken(2)}, {1, 3}, {kUpdate, kEnable}},
+        {"accept gone", T::ConfirmAccepted, 9, {}, {1, 2, 3}, {kEnable}},
+        {"decline", T::ConfirmDeclined, 2, {}, {1, 2, 3}, {kEnable}},
+        {"details", T::ShowDetails, 3, {}, {1, 2, 3}, {"ShowActionDetailsDialog(3)"}},
+        {"details closed", T::DetailsClosed, 0, {}, {1, 2, 3}, {kEnable}},
+        {"quiet mode closed", T::QuietModeClosed, 0, {}, {1, 2, 3}, {kEnable}},
+        {"open", T::OpenDialog, 0, {}, {1, 2, 3}, {kShow}},
+        {"unknown type", static_cast<T>(42), 1, {}, {1, 2, 3}, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        SetUp();
+        Run(c.type, c.id);
+        EXPECT_EQ(Sent(), c.sent);
+        EXPECT_EQ(Ids(), c.left);
+        EXPECT_EQ(Calls(), c.calls);
+        EXPECT_FALSE(takeAllPending);
+    }
+}
+
+TEST_F(Commands, TakeAllWithoutConfirmationsReportsEveryAction) {
+    RemoveAction(2);
+    for (const Strings& sent : {Strings{Taken(1), Taken(3)}, Strings{}}) {  // the second time nothing is left
+        Run(T::TakeAll);
+        EXPECT_EQ(Sent(), sent);
+        EXPECT_TRUE(actions.empty());
+        EXPECT_EQ(Calls(), (Strings{kUpdate, kEnable}));
+    }
+}
+
+TEST_F(Commands, TakeAllStopsAtEachConfirmationAndReportsEverythingWhenAccepted) {
+    Handle(Action(4, "<PreActionMessage>Again</PreActionMessage>"));
+    Calls();
+    Run(T::TakeAll);
+    Run(T::ConfirmAccepted, 2);
+    EXPECT_TRUE(Sent().empty());
+    EXPECT_TRUE(takeAllPending);
+    EXPECT_EQ(Calls(), (Strings{"ShowConfirmationRequestDialog(2)", "ShowConfirmationRequestDialog(4)"}));
+    Run(T::ConfirmAccepted, 4);
+    EXPECT_EQ(Sent(), (Strings{Taken(1), Taken(2), Taken(3), Taken(4)}));
+    EXPECT_TRUE(actions.empty());
+    EXPECT_FALSE(takeAllPending);
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kEnable, kEnable}));
+}
+
+TEST_F(Commands, TakeAllDeclinedSendsNothingAndEndsTheSequence) {
+    Run(T::TakeAll);
+    Run(T::ConfirmDeclined, 2);
+    EXPECT_TRUE(Sent().empty());
+    EXPECT_FALSE(takeAllPending);
+    Run(T::ConfirmAccepted, 2);  // now a single confirmation: it takes only its action
+    EXPECT_EQ(Sent(), (Strings{Taken(2)}));
+    EXPECT_EQ(Ids(), (IdList{1, 3}));
+}
+
+TEST_F(Commands, TakeAllSurvivesTheListShrinkingUnderIt) {
+    Run(T::TakeAll);
+    Handle("<RemoveRequest><RemoveType>Action</RemoveType><ID>1</ID></RemoveRequest>"
+           "<RemoveRequest><RemoveType>Action</RemoveType><ID>3</ID></RemoveRequest>");
+    Run(T::ConfirmAccepted, 2);  // the cursor now lies past the end
+    EXPECT_EQ(Sent(), (Strings{Taken(2)}));
+    EXPECT_FALSE(takeAllPending);
+}
+
+TEST_F(Commands, SnoozeSendsTheReminderTimeAndTheInterval) {
+    // seconds: until the earliest deadline; minutes below 0 count back from it.
+    struct Case { long minutes; long long seconds; const char *remindTime, *interval; std::int64_t postponedBy, by; };
+    const Case cases[] = {
+        {2, 30, "Tue, 14 Nov 2023 22:15:20 +0000", "PT2M", 120, 120},
+        {0, 30, "Tue, 14 Nov 2023 22:13:50 +0000", "PT30S", 30, 30},
+        {-15, 3600, "Tue, 14 Nov 2023 22:58:20 +0000", "-PT15M", 2700, -900},
+        {-5, 120, "Tue, 14 Nov 2023 22:10:20 +0000", "-PT5M", -180, -300},  // already within the five minutes
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.interval);
+        Run(T::Snooze, 0, c.minutes, c.seconds);
+        EXPECT_EQ(Sent(), (Strings{kXml + "<UIToClient>\n\t<RemindTime>\n\t\t<TimeObject>" + c.remindTime +
+                                       "</TimeObject>\n\t</RemindTime>\n</UIToClient>",
+                                   kXml + "<UIToClient>\n\t<RemindInterval>\n\t\t<TimeInterval>" + c.interval +
+                                       "</TimeInterval>\n\t</RemindInterval>\n</UIToClient>"}));
+        EXPECT_EQ(m_postponedTo, At(c.postponedBy));
+        EXPECT_EQ(m_remindInterval, TimeInterval(c.by * kMicrosecondsPerSecond));
+        EXPECT_TRUE(Calls().empty());
+    }
+    actions.clear();
+    Run(T::Snooze, 0, 5, 0);
+    EXPECT_TRUE(Sent().empty());  // nothing pending, nothing to snooze
+}
+
+TEST_F(Commands, AFailingCommandIsDroppedAlone) {
+    RecordingDialogs::FailOn("ShowActionDetailsDialog");
+    QueueCommand(T::ShowDetails, 1, 0, 0);
+    Run(T::TakeAction, 1);
+    EXPECT_EQ(Sent(), (Strings{Taken(1)}));
+}
+
+// ---- The tick; dialogs stay postponed unless a test says otherwise ----
+
+class Tick : public Dispatch {
+protected:
+    void SetUp() override {
+        Dispatch::SetUp();
+        initialized = true;
+        m_postponedTo = At(3600);
+    }
+    static void Add(const std::string& children) {
+        actions.clear();
+        Handle(children);
+        Calls();
+    }
+};
+
+TEST_F(Tick, BeforeInitialisationItOnlyMovesMessagesAndCommands) {
+    initialized = false;
+    m_postponedTo = Instant();
+    Receive(Doc(Action(1)));
+    QueueCommand(T::DetailsClosed, 0, 0, 0);
+    RunClientUITick();
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kShow, kEnable}));
+}
+
+TEST_F(Tick, RemindsEveryTickOnceThePostponementHasRunOutEvenInQuietMode) {
+    struct Case { const char* what; std::int64_t postponedTo; std::string actions; bool quiet; Strings calls; };
+    const Case cases[] = {
+        {"ran out", -1, Action(1), false, {kHidden, kShow, kTimeouts}},
+        {"runs out now", 0, Action(1), false, {kHidden, kTimeouts}},
+        {"nothing pending", -1, "", false, {kHidden, kTimeouts}},
+        // Quiet mode skips the passed deadline, not the reminder.
+        {"quiet", -1, Forced(1, "Tue, 14 Nov 2023 22:00:00 +0000"), true, {kHidden, kShow, kTimeouts}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Add(c.actions);
+        inQuietMode = c.quiet;
+        m_postponedTo = At(c.postponedTo);
+        for (int tick = 0; tick < 2; ++tick) {
+            RunClientUITick();
+            EXPECT_EQ(Calls(), c.calls);
+        }
+        EXPECT_TRUE(Sent().empty());
+        EXPECT_EQ(actions.size(), c.actions.empty() ? 0u : 1u);
+    }
+}
+
+TEST_F(Tick, ForcedDeadlines) {
+    struct Case { const char* what; std::string action; Strings sent; IdList left; bool refreshed; };
+    const Case cases[] = {
+        {"passed", Forced(1, "Tue, 14 Nov 2023 22:13:19 +0000"), {Taken(1)}, {}, true},
+        {"due now", Forced(1, "Tue, 14 Nov 2023 22:13:20 +0000"), {}, {1}, true},
+        {"within five minutes", Forced(1, "Tue, 14 Nov 2023 22:18:19 +0000"), {}, {1}, true},
+        {"five minutes away", Forced(1, "Tue, 14 Nov 2023 22:18:20 +0000"), {}, {1}, false},
+        {"not forced", Action(1, "<Deadline>Tue, 14 Nov 2023 22:00:00 +0000</Deadline>"), {}, {1}, false},
+        {"forced without deadline", Action(1, "<ForceRun>true</ForceRun>"), {}, {1}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Add(c.action);
+        for (int tick = 0; tick < 2; ++tick) {
+            RunClientUITick();
+            // A refresh every tick while the countdown runs; a report only once.
+            Strings expected{kHidden, kTimeouts};
+            if (c.refreshed && (tick == 0 || !c.left.empty())) expected.push_back(kUpdate);
+            EXPECT_EQ(Calls(), expected);
+            EXPECT_EQ(Sent(), tick == 0 ? c.sent : Strings{});
+            EXPECT_EQ(Ids(), c.left);
+        }
+    }
+}
+
+TEST_F(Tick, PassedDeadlinesAreReportedInListOrderAndTheWalkGoesOn) {
+    const char* passed = "Tue, 14 Nov 2023 22:00:00 +0000";
+    Add(Forced(1, passed) + Forced(2, passed) + Action(3) + Forced(4, passed));
+    RunClientUITick();
+    EXPECT_EQ(Sent(), (Strings{Taken(1), Taken(2), Taken(4)}));
+    EXPECT_EQ(Ids(), (IdList{3}));
+}
+
+TEST_F(Tick, ADeadPipeEndsTheProgramBeforeAnythingElse) {
+    UIMessageQueue in, out;
+    UnixPipe pipe(in, out);
+    pipe.Kill();
+    clientPipe = &pipe;
+    Receive(Doc(Action(1)));
+    RunClientUITick();
+    clientPipe = nullptr;
+    EXPECT_EQ(observedExit.count, 1);
+    EXPECT_EQ(observedExit.status, 0);
+    EXPECT_EQ(observedExit.reason, "CLOSED");
+    EXPECT_EQ(Calls(), (Strings{"DestroyApplicationContext()"}));
+    EXPECT_TRUE(actions.empty());
+}
+
+// ---- The link's small pieces ----
+
+TEST(QueueCommand, KeepsTheFourValuesAndOnlyTheLow32BitsOfTheSeconds) {
+    QueueCommand(T::Snooze, 0x123456789ull, -15, 0x100000010ll);
+    FiFoQueue<std::unique_ptr<UICommand>> queued;
+    uiCommandQ.ReadMessages(queued);
+    ASSERT_EQ(queued.Size(), 1u);
+    const UICommand& command = *queued.Front();
+    EXPECT_EQ(command.type, T::Snooze);
+    EXPECT_EQ(command.id, 0x123456789ull);
+    EXPECT_EQ(command.minutes, -15);
+    EXPECT_EQ(command.seconds, 16u);
+}
+
+TEST(OpenRequest, OnlyTheFourBytesOpenCount) {
+    // X hands over 20 data bytes; every literal here is at least five long.
+    const std::pair<const char*, bool> cases[] = {
+        {"open", true}, {"openly, please", true}, {"OPEN", false}, {"ope\0xxxxx", false}, {" open", false},
+    };
+    for (const auto& [data, open] : cases) {
+        SCOPED_TRACE(data);
+        HandleHiddenWindowMessage(data);
+        FiFoQueue<std::unique_ptr<UICommand>> queued;
+        uiCommandQ.ReadMessages(queued);
+        ASSERT_EQ(queued.Size(), open ? 1u : 0u);
+        if (open) {
+            EXPECT_EQ(queued.Front()->type, T::OpenDialog);
+        }
+    }
+}
+
+TEST_F(Dispatch, SendErrorToClientQueuesTwoCopiesAndWaitsForTheWriter) {
+    Strings taken;
+    std::thread writer([&taken] {  // stands in for the pipe's writer thread
+        while (taken.size() < 2) {
+            for (std::string& text : Sent()) taken.push_back(std::move(text));
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    });
+    ClientUIErrorMessage error(ClientUIErrorMessage::FontError, "noFont");
+    SendErrorToClient(error);
+    EXPECT_TRUE(writeQ.IsEmpty());
+    writer.join();
+    const std::string document = kXml +
+                                 "<ClientToUI>\n\t<ClientUIErrorMessage>\n\t\t<DebugString>noFont</DebugString>\n"
+                                 "\t\t<ErrorCode>1</ErrorCode>\n\t</ClientUIErrorMessage>\n</ClientToUI>";
+    EXPECT_EQ(taken, (Strings{document, document}));
 }
 
 }  // namespace
