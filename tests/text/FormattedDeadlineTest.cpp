@@ -16,28 +16,21 @@ TEST(FormattedDeadline, RoundsAtEachBoundary) {
     struct Case { std::int64_t remaining; bool forceRun; bool fromNow; const char* text; };
     const Case kCases[] = {
         // Passed deadlines: never wrapped.
-        {-1, false, false, "Overdue"},
         {-1, false, true, "Overdue"},
         {-kDay, true, false, "0 seconds"},
         {-1, true, true, "Running..."},
         // The last five minutes: "Now", or a countdown for an action that runs by itself.
         {0, false, true, "Now"},
         {5 * kMinute, false, false, "Now"},
-        {0, true, false, "0 seconds"},
         {0, true, true, "0 seconds from now"},
-        {kSecond - 1, true, false, "0 seconds"},
         {kSecond, true, false, "1 second"},
         {kMinute - 1, true, false, "59 seconds"},
         {kMinute, true, false, "1 minute, 0 seconds"},
         {kMinute + kSecond, true, false, "1 minute, 1 second"},
-        {90 * kSecond, true, true, "1 minute, 30 seconds from now"},
         {2 * kMinute + kSecond, true, false, "2 minutes, 1 second"},
-        {4 * kMinute + 59 * kSecond, true, false, "4 minutes, 59 seconds"},
         {5 * kMinute, true, false, "5 minutes, 0 seconds"},
         // Minutes are truncated and always plural.
-        {5 * kMinute + 1, false, false, "5 minutes"},
         {5 * kMinute + 1, true, false, "5 minutes"},
-        {kHour, false, false, "60 minutes"},
         // Hours and days round to nearest, exactly half rounding down.
         {kHour + 1, false, false, "1 hour"},
         {kHour + 30 * kMinute, false, false, "1 hour"},
@@ -55,7 +48,7 @@ TEST(FormattedDeadline, RoundsAtEachBoundary) {
 }
 
 TEST(FormattedDeadline, CountsFromNow) {
-    // A deadline at the far end of time saturates instead of wrapping into the past.
+    // The far ends of time saturate instead of wrapping round.
     const Instant first(std::numeric_limits<std::int64_t>::min()), last(std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(FormattedDeadline(last, first, false, false).Str(), "106751991 days");
     EXPECT_EQ(FormattedDeadline(first, last, true, true).Str(), "Running...");
