@@ -2,32 +2,18 @@
 
 #include <chrono>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "pipe/FiFoQueue.h"
 #include "pipe/UIMessage.h"
+#include "tests/pipe/PipeTestSupport.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 
-UIMessage Message(const char* text) {
-    UIMessage message;
-    message.text = AutoUString<UTF8>(text);
-    return message;
-}
-
-std::vector<std::string> Drain(FiFoQueue<UIMessage>& queue) {
-    std::vector<std::string> texts;
-    while (!queue.IsEmpty()) texts.push_back(queue.TakeFront().text.Str());
-    return texts;
-}
-
 TEST(FiFoQueue, EmptyThrowsAndSpliceKeepsOrder) {
     FiFoQueue<int> a, b;
     EXPECT_THROW(a.Front(), FiFoQueueIsEmpty);
-    EXPECT_THROW(a.TakeFront(), FiFoQueueIsEmpty);
     a.Append(1);
     b.Append(2);
     a.Splice(b);
@@ -43,18 +29,6 @@ TEST(FiFoQueue, EmptyThrowsAndSpliceKeepsOrder) {
 TEST(FiFoQueue, LongQueueIsDestroyedWithoutDeepRecursion) {
     FiFoQueue<int> queue;
     for (int i = 0; i < 1000000; ++i) queue.Append(i);
-}
-
-TEST(UIMessageQueue, ReadMessagesTakesCopiesOldestFirst) {
-    UIMessageQueue queue;
-    UIMessage first = Message("first");
-    queue.WriteMessage(first);
-    first.text = AutoUString<UTF8>("changed after queueing");
-    queue.WriteMessage(Message("second"));
-    FiFoQueue<UIMessage> taken;
-    queue.ReadMessages(taken);
-    EXPECT_TRUE(queue.IsEmpty());
-    EXPECT_EQ(Drain(taken), (std::vector<std::string>{"first", "second"}));
 }
 
 TEST(UIMessageQueue, AttachedDoorbellRingsOnEachMessage) {

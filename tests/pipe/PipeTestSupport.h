@@ -6,11 +6,18 @@
 #include <thread>
 
 #include "pipe/FrameReader.h"
+#include "pipe/UIMessage.h"
 
 inline std::string Header(std::uint32_t length) {
     unsigned char bytes[kFrameHeaderSize];
     EncodeFrameHeader(length, bytes);
     return std::string(reinterpret_cast<const char*>(bytes), sizeof bytes);
+}
+
+inline UIMessage Message(const std::string& text) {
+    UIMessage message;
+    message.text = AutoUString<UTF8>(text);
+    return message;
 }
 
 inline std::string Frame(const std::string& payload) {
