@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/xml/SimpleXMLParserPL.h"
 #include "base/xml/XMLTreeParser.h"
@@ -15,39 +17,27 @@ namespace {
 // A tree as one line: name[attr=value,...]"text"{child,...}; "null" for none.
 std::string Dump(const XMLElement& e) {
     std::string out(e.Name().View());
-    if (!e.Attributes().empty()) {
-        out += '[';
-        for (const auto& [name, value] : e.Attributes()) {
-            if (out.back() != '[') out += ',';
-            out.append(name.View()).append("=").append(value.View());
-        }
-        out += ']';
-    }
+    const char* sep = "[";
+    for (const auto& [name, value] : e.Attributes())
+        out.append(std::exchange(sep, ",")).append(name.View()).append("=").append(value.View());
+    if (!e.Attributes().empty()) out += ']';
     if (!e.GetValue().Empty()) out.append("\"").append(e.GetValue().View()).append("\"");
-    if (!e.Children().empty()) {
-        out += '{';
-        for (const XMLElement& child : e.Children()) {
-            if (out.back() != '{') out += ',';
-            out += Dump(child);
-        }
-        out += '}';
-    }
+    sep = "{";
+    for (const XMLElement& child : e.Children()) out.append(std::exchange(sep, ",")) += Dump(child);
+    if (!e.Children().empty()) out += '}';
     return out;
 }
 
 std::string Dump(const std::unique_ptr<XMLElement>& root) { return root ? Dump(*root) : "null"; }
 
-// Feeds the document in the given pieces through the whole reader.
-std::string DumpFedInPieces(std::string_view doc, std::initializer_list<std::size_t> cuts) {
+// Feeds the first `cut` bytes at once, then the rest in pieces of `step` bytes.
+std::string DumpFedInPieces(std::string_view doc, std::size_t cut, std::size_t step) {
     XMLTreeParser tree;
     SimpleXML::SAXParser sax(tree);
     SimpleXMLParserPL machine(sax);
-    std::size_t from = 0;
-    for (std::size_t cut : cuts) {
-        machine.Parse(doc.data() + from, static_cast<unsigned>(cut - from));
-        from = cut;
-    }
-    machine.Parse(doc.data() + from, static_cast<unsigned>(doc.size() - from));
+    machine.Parse(doc.data(), static_cast<unsigned>(cut));
+    for (std::size_t at = cut; at < doc.size(); at += step)
+        machine.Parse(doc.data() + at, static_cast<unsigned>(std::min(step, doc.size() - at)));
     return Dump(tree.TakeRoot());
 }
 
@@ -61,21 +51,16 @@ const Case kCases[] = {
     {"apostrophe value, escape in text", "<a x='1'>t&amp;u</a>", "a[x=1]\"t&u\""},
     {"escapes in a double-quoted value", "<a x=\"&lt;b&amp;c&quot;&gt;\"></a>", "a[x=<b&c\">]"},
     {"markup bytes inside a value", "<a x='<b>' y=\"it's\">v</a>", "a[x=<b>,y=it's]\"v\""},
-    {"attributes sorted by name", "<a b='2' a='1' B='3'></a>", "a[B=3,a=1,b=2]"},
     {"duplicate attribute keeps the first", "<a x='1' x='2'></a>", "a[x=1]"},
     {"bytes before the quote begin the value", "<a x= '1'></a>", "a[x= 1]"},
     {"question marks skipped between attributes", "<a ?x='1' ?>v</a>", "a[x=1]\"v\""},
     {"comment inside an element", "<a>x<!-- <b>c</b> -->y</a>", "a\"xy\""},
     {"comment closed by three dashes", "<a>x<!-- c --->y</a>", "a\"xy\""},
     {"opening dashes do not close the comment", "<a><!--->x-->y</a>", "a\"y\""},
-    {"empty comment", "<a>x<!---->y</a>", "a\"xy\""},
-    {"comment before the root", "<!-- c --><a>1</a>", "a\"1\""},
     {"empty-element form alone yields no root", "<a/>", "null"},
     {"CDATA keeps escapes as written", "<a><![CDATA[&amp;<b>]]></a>", "a\"&amp;<b>\""},
     {"CDATA ends at the first ]]>", "<a>x<![CDATA[ ]] ]> ]]]>y</a>", "a\"x ]] ]> ]y\""},
-    {"empty CDATA", "<a>x<![CDATA[]]>y</a>", "a\"xy\""},
     {"hex reference to a tab", "<a>&#x9;</a>", "a\"\t\""},
-    {"hex reference below 256", "<a>&#x41;&#x0000042;</a>", "a\"AB\""},
     {"hex reference gives a lone byte", "<a>&#xE9;</a>", "a\"\xE9\""},
     {"hex reference of 256 stays as written", "<a>&#x100;</a>", "a\"&#x100;\""},
     {"apos, decimal and unknown escapes stay", "<a>&apos;&#10;&nbsp;</a>", "a\"&apos;&#10;&nbsp;\""},
@@ -88,9 +73,7 @@ const Case kCases[] = {
     {"one dash dropped from a name", "<a-b>x</a-b>", "ab\"x\""},
     {"two separate dashes open a comment", "<r><a-b-c>x</a>y-->z</r>", "r\"z\""},
     {"tab is part of the name", "<a\tx='1'>v</a>", "a\tx='1'\"v\""},
-    {"line break is part of the name", "<a\nb>v</a>", "a\nb\"v\""},
     {"empty-element form closes the parent", "<r><p><a/>x</p>y</r>", "r\"x\"{p}"},
-    {"empty-element form at the top", "<r><a/>x</r>", "r"},
     {"slash after an attribute begins a name", "<r><a x='1'/>t</a>u='2'>v</r>", "r{a[/>t</a>u=2,x=1]\"v\"}"},
     {"second top-level element replaces the first", "<a>1</a><b>2</b>", "b\"2\""},
     {"data outside every element dropped", "x<a>1</a>y", "a\"1\""},
@@ -99,10 +82,7 @@ const Case kCases[] = {
     {"unclosed root still the root", "<a><b>1", "a{b}"},
     {"data reported only when a tag follows", "<a>text", "a"},
     {"unfinished start tag", "<a><b x='1", "a"},
-    {"stray > in data", "<a>1 > 0</a>", "a\"1 > 0\""},
     {"empty document", "", "null"},
-    {"text only", "just text &amp; more", "null"},
-    {"declaration only", "<?xml version=\"1.0\"?>", "null"},
     {"NUL bytes are ordinary", "<a>x\0y</a>"sv, "a\"x\0y\""sv},
 };
 
@@ -118,43 +98,21 @@ TEST(SimpleXML, SplitAtEveryOffsetGivesTheSameTree) {
         SCOPED_TRACE(c.what);
         for (std::size_t cut = 0; cut <= c.doc.size(); ++cut) {
             SCOPED_TRACE(cut);
-            ASSERT_EQ(DumpFedInPieces(c.doc, {cut}), c.tree);
+            ASSERT_EQ(DumpFedInPieces(c.doc, cut, c.doc.size()), c.tree);
         }
-        // Every byte on its own.
-        XMLTreeParser tree;
-        SimpleXML::SAXParser sax(tree);
-        SimpleXMLParserPL machine(sax);
-        for (char byte : c.doc) machine.Parse(&byte, 1);
-        EXPECT_EQ(Dump(tree.TakeRoot()), c.tree);
+        EXPECT_EQ(DumpFedInPieces(c.doc, 0, 1), c.tree);  // every byte on its own
     }
 }
 
-TEST(SimpleXML, ParsedTreeThrowsByType) {
-    auto root = SimpleXML::Parse("<ClientToUI><ActionRequest kind='a'><ID>7</ID></ActionRequest></ClientToUI>");
-    ASSERT_TRUE(root);
-    const XMLElement& request = root->GetChildElement("ActionRequest");
-    EXPECT_EQ(request.GetChildElement("ID").GetValue(), "7");
-    EXPECT_EQ(request.GetAttribute("kind"), "a");
-    EXPECT_THROW(request.GetChildElement("Title"), NoSuchChildElement);
-    EXPECT_THROW(request.GetAttribute("Kind"), NoSuchAttribute);
-    // The empty-element form never opens the child it names.
-    root = SimpleXML::Parse("<ClientToUI><ActionRequest/></ClientToUI>");
-    ASSERT_TRUE(root);
-    EXPECT_THROW(root->GetChildElement("ActionRequest"), NoSuchChildElement);
-}
-
+// More names than the reader remembers at once, each used twice.
 TEST(SimpleXML, ManyDistinctNamesKeepTheirOwn) {
-    // More names than the reader remembers at once, each used twice.
     std::string doc = "<r>";
-    for (int round = 0; round < 2; ++round) {
-        for (int i = 0; i < 300; ++i) doc += "<e" + std::to_string(i) + "></x>";
-    }
+    for (int i = 0; i < 600; ++i) doc += "<e" + std::to_string(i % 300) + "></x>";
     auto root = SimpleXML::Parse(UStringRef<UTF8>(doc + "</r>"));
     ASSERT_TRUE(root);
     ASSERT_EQ(root->Children().size(), 600u);
-    for (std::size_t i = 0; i < 600; ++i) {
+    for (std::size_t i = 0; i < 600; ++i)
         EXPECT_EQ(root->Children()[i].Name().View(), "e" + std::to_string(i % 300));
-    }
 }
 
 struct EscapeCase {
@@ -165,9 +123,9 @@ struct EscapeCase {
 TEST(SimpleXML, DecodeEscapeString) {
     const EscapeCase cases[] = {
         {"&lt;", "<"},           {"&gt;", ">"},         {"&amp;", "&"},         {"&quot;", "\""},
-        {"&#x41;", "A"},         {"&#x7f;", "\x7f"},    {"&#xFF;", "\xFF"},     {"&#x41z;", "A"},
+        {"&#x41;", "A"},         {"&#xFF;", "\xFF"},     {"&#x41z;", "A"},
         {"&#x;", "\0"sv},        {"&#x100;", "&#x100;"}, {"&#xFFFFFFFFFFFF;", "&#xFFFFFFFFFFFF;"},
-        {"&#X41;", "&#X41;"},    {"&#65;", "&#65;"},    {"&apos;", "&apos;"},   {"&LT;", "&LT;"},
+        {"&#X41;", "&#X41;"},    {"&#65;", "&#65;"},    {"&apos;", "&apos;"},
         {"&;", "&;"},            {"&", "&"},
     };
     for (const EscapeCase& c : cases) {
@@ -176,54 +134,6 @@ TEST(SimpleXML, DecodeEscapeString) {
         DecodeEscapeString(c.token, out);
         EXPECT_EQ(out, "prefix" + std::string(c.decoded));
     }
-}
-
-// The raw reports, one line each.
-class Recorder : public XMLHandler {
-public:
-    std::string log;
-    void DoStartElement(std::string_view name, const std::vector<XMLRawAttribute>& attributes) override {
-        Tag("start", name, attributes);
-    }
-    void DoEndElement(std::string_view name) override { log.append("end ").append(name).append("\n"); }
-    void DoCharacters(std::string_view text) override { log.append("text ").append(text).append("\n"); }
-    void DoProcessingInstructionElement(std::string_view name,
-                                        const std::vector<XMLRawAttribute>& attributes) override {
-        Tag("pi", name, attributes);
-    }
-
-private:
-    void Tag(const char* kind, std::string_view name, const std::vector<XMLRawAttribute>& attributes) {
-        log.append(kind).append(" ").append(name);
-        for (const XMLRawAttribute& a : attributes) log.append(" ").append(a.name).append("=").append(a.value);
-        log += '\n';
-    }
-};
-
-TEST(SimpleXMLParserPL, ReportsRawEvents) {
-    const Case cases[] = {
-        {"empty-element form reports only the end", "<a/>", "end a\n"},
-        {"end tag name as collected", "<a/b>", "end ab\n"},
-        {"declaration goes to the instruction report", "<?xml version='1.0'?>",
-         "pi ?xml version=1.0\n"},
-        {"attributes in document order, duplicates kept", "<a y='2' x='1' y='3'>",
-         "start a y=2 x=1 y=3\n"},
-        {"data before a tag", "x&amp;y<a>", "text x&y\nstart a\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        Recorder recorder;
-        SimpleXMLParserPL machine(recorder);
-        machine.Parse(std::string(c.doc));
-        EXPECT_EQ(recorder.log, c.tree);
-    }
-}
-
-TEST(SimpleXMLParserPL, DefaultHandlerIgnoresEverything) {
-    XMLHandler quiet;
-    SimpleXMLParserPL machine(quiet);
-    machine.Parse(std::string("<?xml?><a x='1'>t<![CDATA[c]]><!--c--></a>"));
-    machine.Parse(nullptr, 0);
 }
 
 }  // namespace

@@ -52,8 +52,6 @@ const Case kCases[] = {
     {"message/ActionTaken", 0, "?0|<UIToClient|<ActionTaken|<IsCancel|'false|>|<IsOffer|'false|>|<ID|'42|.",
      DECL "\n<UIToClient>\n\t<ActionTaken>\n\t\t<IsCancel>false</IsCancel>\n\t\t<IsOffer>false</IsOffer>\n"
           "\t\t<ID>42</ID>\n\t</ActionTaken>\n</UIToClient>"},
-    {"message/ReadyForData", 0, "?0|<ClientToUI|<ReadyForData|>|>|.",
-     DECL "\n<ClientToUI>\n\t<ReadyForData></ReadyForData>\n</ClientToUI>"},
     {"element/two attributes", 0, "?0|<UIToClient|<Snooze|@a=1|@b=x y|.",
      DECL "\n<UIToClient>\n\t<Snooze a=\"1\" b=\"x y\"></Snooze>\n</UIToClient>"},
     {"document/closes three open", 0, "?1|<a|<b|<c|'t|.", "<?xml version=\"1.0\"?>\n<a>\n\t<b>\n\t\t<c>t</c>\n\t</b>\n</a>"},
