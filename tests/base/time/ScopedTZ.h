@@ -17,8 +17,6 @@ public:
         previous_ ? setenv("TZ", previous_->c_str(), 1) : unsetenv("TZ");
         tzset();
     }
-    ScopedTZ(const ScopedTZ&) = delete;
-    ScopedTZ& operator=(const ScopedTZ&) = delete;
 
 private:
     std::optional<std::string> previous_;
