@@ -28,8 +28,6 @@ std::string Number(unsigned long long id) { return std::to_string(id); }
 
 namespace RecordingDialogs {
 
-const std::vector<std::string>& Transcript() { return transcript; }
-
 std::vector<std::string> Take() {
     std::vector<std::string> taken;
     taken.swap(transcript);

@@ -12,9 +12,7 @@
 
 namespace RecordingDialogs {
 
-// Every call so far, oldest first.
-const std::vector<std::string>& Transcript();
-// Returns the transcript and starts a new one.
+// Returns every call so far, oldest first, and starts a new transcript.
 std::vector<std::string> Take();
 // Empties the transcript and resets what IsActionRequestDialogShown answers (false).
 void Reset();
