@@ -110,8 +110,9 @@ TEST(Process, AnnouncesItselfAndEndsSoonAfterTheClientCloses) {
     child.CloseInput();
     Clock::duration took{};
     EXPECT_EQ(child.WaitForExit(&took), 0);
-    // At most a second until the next poll, then the two-second exit pause; some slack for a busy machine.
-    EXPECT_LT(took, std::chrono::milliseconds(4000));
+    // At most a second until the next poll, then the two-second exit pause;
+    // the slack covers a loaded machine running the sanitizer builds.
+    EXPECT_LT(took, std::chrono::milliseconds(5000));
 }
 
 TEST(Process, AnOversizedFrameEndsIt) {
