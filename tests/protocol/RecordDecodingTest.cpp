@@ -10,6 +10,7 @@
 #include "protocol/ActionRequest.h"
 #include "protocol/ClientRequests.h"
 #include "protocol/InitializationInfo.h"
+#include "base/unicode/UTextReceiver.h"
 #include "protocol/XMLSerialize.h"
 
 namespace {
@@ -147,6 +148,33 @@ TEST(RecordDecoding, RepeatedSequenceElementsAppendInDocumentOrder) {
     EXPECT_EQ(info.supportFiles[0].fileName.Text(), "kept");
     EXPECT_EQ(info.supportFiles[1].fileName.Text(), "a");
     EXPECT_EQ(info.supportFiles[3].fileName.Text(), "c");
+}
+
+}  // namespace
+
+namespace {
+
+TEST(AttributeForms, WriteEscapedAndReadBackWithTheirMissingRules) {
+    UStringBuilder text;
+    XMLWriter writer(text, XMLWriter::XMLFormatStyle(2));
+    writer.BeginDocument(XMLWriter::EncodingDeclaration(1));
+    writer.BeginElement("e");
+    XMLSaveAttribute(writer, "name", SharedUString<UTF8>("a\"<b>"));
+    XMLSaveAttribute(writer, "flag", true);
+    writer.EndDocument();
+    EXPECT_EQ(text.Text(), "<?xml version=\"1.0\"?><e name=\"a&quot;&lt;b&gt;\" flag=\"true\"></e>");
+
+    const XMLElement element = Parse(text.Text().ToString());
+    SharedUString<UTF8> name;
+    bool flag = false;
+    bool missingFlag = true;
+    XMLLoadAttribute(element, "name", name);
+    XMLLoadAttribute(element, "flag", flag);
+    XMLLoadAttribute(element, "other", missingFlag);
+    EXPECT_EQ(name, SharedUString<UTF8>("a\"<b>"));
+    EXPECT_TRUE(flag);
+    EXPECT_FALSE(missingFlag);
+    EXPECT_THROW(XMLLoadAttribute(element, "other", name), NoSuchAttribute);
 }
 
 }  // namespace
