@@ -13,8 +13,6 @@
 
 namespace {
 
-XvfbServer* environmentServer = nullptr;
-
 // The descriptor Xvfb writes its display number to, in the child.
 constexpr int kDisplayFd = 3;
 constexpr auto kStartTimeout = std::chrono::seconds(20);
@@ -32,7 +30,7 @@ bool ReapWithin(pid_t pid, std::chrono::milliseconds timeout) {
     }
 }
 
-[[noreturn]] void ExecXvfb(int displayWrite, const std::vector<std::string>& extraArguments) {
+[[noreturn]] void ExecXvfb(int displayWrite) {
     if (dup2(displayWrite, kDisplayFd) < 0) _exit(127);
     const int devNull = open("/dev/null", O_RDWR);
     if (devNull >= 0) {
@@ -40,23 +38,20 @@ bool ReapWithin(pid_t pid, std::chrono::milliseconds timeout) {
         dup2(devNull, 1);
         dup2(devNull, 2);
     }
-    std::vector<std::string> arguments = {"Xvfb",   "-nolisten", "tcp",      "-noreset",   "-screen",
-                                          "0",      "1024x768x24", "-displayfd", std::to_string(kDisplayFd)};
-    arguments.insert(arguments.end(), extraArguments.begin(), extraArguments.end());
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) argv.push_back(argument.data());
-    argv.push_back(nullptr);
+    char displayFd[] = {static_cast<char>('0' + kDisplayFd), '\0'};
+    const char* argv[] = {"Xvfb",        "-nolisten",  "tcp",     "-noreset", "-screen", "0",
+                          "1024x768x24", "-displayfd", displayFd, nullptr};
     // An explicit environment: nothing of the test's own (no DISPLAY, no
     // XAUTHORITY) reaches the server.
     char path[] = "PATH=/usr/local/bin:/usr/bin:/bin";
     char* environment[] = {path, nullptr};
-    execve("/usr/bin/Xvfb", argv.data(), environment);
+    execve("/usr/bin/Xvfb", const_cast<char* const*>(argv), environment);
     _exit(127);
 }
 
 }  // namespace
 
-bool XvfbServer::Start(const std::vector<std::string>& extraArguments) {
+bool XvfbServer::Start() {
     Stop();
     failure_.clear();
     int fds[2];
@@ -71,7 +66,7 @@ bool XvfbServer::Start(const std::vector<std::string>& extraArguments) {
         failure_ = "fork failed";
         return false;
     }
-    if (pid == 0) ExecXvfb(fds[1], extraArguments);
+    if (pid == 0) ExecXvfb(fds[1]);
     close(fds[1]);
     pid_ = pid;
     owner_ = getpid();
@@ -122,17 +117,11 @@ void XvfbEnvironment::SetUp() {
     unsetenv("DISPLAY");
     ASSERT_TRUE(server_.Start()) << server_.Failure();
     setenv("DISPLAY", server_.DisplayName().c_str(), 1);
-    environmentServer = &server_;
 }
 
 void XvfbEnvironment::TearDown() {
-    environmentServer = nullptr;
     unsetenv("DISPLAY");
     server_.Stop();
-}
-
-XvfbServer* XvfbEnvironment::Server() {
-    return environmentServer;
 }
 
 ::testing::Environment* AddXvfbEnvironment() {

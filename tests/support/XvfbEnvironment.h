@@ -7,7 +7,6 @@
 #include <sys/types.h>
 
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -20,14 +19,11 @@ public:
     XvfbServer(const XvfbServer&) = delete;
     XvfbServer& operator=(const XvfbServer&) = delete;
 
-    // Starts the server with the usual options and `extraArguments`; false
-    // (with the reason in Failure()) when it did not report a display.
-    bool Start(const std::vector<std::string>& extraArguments = {});
+    // False (with the reason in Failure()) when the server did not report a display.
+    bool Start();
     // SIGTERM, then SIGKILL if it has not ended within a few seconds.
     void Stop();
 
-    bool Running() const { return pid_ > 0; }
-    pid_t Pid() const { return pid_; }
     // ":N".
     const std::string& DisplayName() const { return display_; }
     const std::string& Failure() const { return failure_; }
@@ -41,15 +37,12 @@ private:
 
 // Starts one server for the whole test program and points DISPLAY at it.
 // DISPLAY is cleared first, so a server that fails to start leaves the tests
-// without a display rather than on the user's. Test discovery (listing the
-// tests) never runs an environment, so it never starts a server.
+// without a display rather than on the user's. Listing the tests never runs
+// an environment, so it never starts a server.
 class XvfbEnvironment : public ::testing::Environment {
 public:
     void SetUp() override;
     void TearDown() override;
-
-    // The running environment's server; null outside one.
-    static XvfbServer* Server();
 
 private:
     XvfbServer server_;

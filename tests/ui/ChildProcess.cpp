@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <thread>
 
 #include "base/files/FileLocation.h"
@@ -61,11 +62,9 @@ bool ChildProcess::Fork(const std::function<int()>& body) {
 
 bool ChildProcess::WriteFrame(const std::string& payload) {
     std::string frame;
-    const auto length = static_cast<std::uint32_t>(payload.size());
-    for (int shift = 0; shift < 32; shift += 8) frame.push_back(static_cast<char>((length >> shift) & 0xFF));
+    for (int shift = 0; shift < 32; shift += 8) frame.push_back(static_cast<char>((payload.size() >> shift) & 0xFF));
     frame += payload;
-    std::size_t done = 0;
-    while (done < frame.size()) {
+    for (std::size_t done = 0; done < frame.size();) {
         const ssize_t wrote = write(input_, frame.data() + done, frame.size() - done);
         if (wrote < 0 && errno == EINTR) continue;
         if (wrote <= 0) return false;
@@ -78,16 +77,16 @@ std::optional<std::string> ChildProcess::ReadFrame(std::chrono::milliseconds tim
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     for (;;) {
         if (buffered_.size() >= 4) {
-            std::uint32_t length = 0;
-            for (int i = 0; i < 4; ++i) length |= static_cast<std::uint32_t>(static_cast<unsigned char>(buffered_[i])) << (8 * i);
-            if (buffered_.size() >= 4 + static_cast<std::size_t>(length)) {
+            std::size_t length = 0;
+            for (int i = 0; i < 4; ++i) length |= std::size_t{static_cast<unsigned char>(buffered_[i])} << (8 * i);
+            if (buffered_.size() >= 4 + length) {
                 std::string payload = buffered_.substr(4, length);
-                buffered_.erase(0, 4 + static_cast<std::size_t>(length));
+                buffered_.erase(0, 4 + length);
                 return payload;
             }
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0 || output_ < 0) return std::nullopt;
+        if (left.count() <= 0) return std::nullopt;
         pollfd fd{output_, POLLIN, 0};
         const int ready = poll(&fd, 1, static_cast<int>(left.count()));
         if (ready < 0 && errno == EINTR) continue;
@@ -100,29 +99,22 @@ std::optional<std::string> ChildProcess::ReadFrame(std::chrono::milliseconds tim
     }
 }
 
-void ChildProcess::CloseInput() {
-    if (input_ >= 0) close(input_);
-    input_ = -1;
-}
-
 std::optional<int> ChildProcess::WaitForExit(std::chrono::milliseconds timeout) {
-    if (pid_ <= 0) return std::nullopt;
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    for (;;) {
+    while (pid_ > 0) {
         int status = 0;
-        const pid_t done = waitpid(pid_, &status, WNOHANG);
-        if (done == pid_) {
+        if (waitpid(pid_, &status, WNOHANG) == pid_) {
             pid_ = -1;
             return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         }
-        if (std::chrono::steady_clock::now() >= deadline) return std::nullopt;
+        if (std::chrono::steady_clock::now() >= deadline) break;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
+    return std::nullopt;
 }
 
 std::string InitializationDocument(const std::string& baseDirectory) {
     InitializationInfo info;
     info.baseDirectory = MakeFileLocation(baseDirectory);
-    const AutoUString<UTF8> text = ConvertToXML(info);
-    return std::string(text.View());
+    return std::string(ConvertToXML(info).View());
 }

@@ -20,20 +20,14 @@ public:
 
     // Runs `program` with exactly `environment` (nothing is inherited).
     bool Exec(const std::string& program, const std::vector<std::string>& environment);
-    // Runs `body` in a forked copy of this process, its standard input and
-    // output on the pipes; the child ends with _exit(body()).
+    // Runs `body` in a forked copy of this process; the child ends with _exit(body()).
     bool Fork(const std::function<int()>& body);
 
     bool WriteFrame(const std::string& payload);
-    // The next frame, or nothing when none came whole within `timeout` (or the
-    // output ended).
+    // The next frame, or nothing when none came whole within `timeout` or the output ended.
     std::optional<std::string> ReadFrame(std::chrono::milliseconds timeout);
-    void CloseInput();
-
-    // The exit status once the child has ended (WEXITSTATUS), -1 when it
-    // ended by a signal; nothing when it still runs after `timeout`.
+    // WEXITSTATUS once ended, -1 after a signal; nothing while it still runs after `timeout`.
     std::optional<int> WaitForExit(std::chrono::milliseconds timeout);
-    pid_t Pid() const { return pid_; }
 
 private:
     bool Spawn(const std::function<void()>& inChild);
