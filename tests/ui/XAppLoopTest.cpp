@@ -1,10 +1,9 @@
-// InitXApp in forked children, with dialog calls that fail the way a tick
+// InitXApp in forked children, with a dialog call that fails the way a tick
 // can: the X loop's endings and what reaches the pipe before them.
-
-#include <unistd.h>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -22,61 +21,48 @@ namespace {
 
 ::testing::Environment* const xvfb = AddXvfbEnvironment();
 
-// What the fake dialog call does on the first tick after initialisation.
+// What the dialog call the tick makes every time does on the first tick.
 enum class Fault { Throw, FontWarning, OtherWarningThenThrow, ToolkitError };
 Fault fault = Fault::Throw;
 
 class TickFailure : public DebuggableException {};
 
 void FailTheTick() {
-    switch (fault) {
-        case Fault::Throw:
-            throw TickFailure();
-        case Fault::FontWarning:
-            // As the toolkit reports a font set it cannot make.
-            XtAppWarningMsg(app_context, "noFont", "cvtStringToFontSet", "XtToolkitError",
-                            "Unable to load any usable fontset", nullptr, nullptr);
-            break;
-        case Fault::OtherWarningThenThrow:
+    if (fault == Fault::FontWarning) {  // as the toolkit reports a font set it cannot make
+        XtAppWarningMsg(app_context, "noFont", "cvtStringToFontSet", "XtToolkitError",
+                        "Unable to load any usable fontset", nullptr, nullptr);
+    } else if (fault == Fault::ToolkitError) {
+        XtAppErrorMsg(app_context, "invalidParameter", "test", "XtToolkitError", "A broken call", nullptr, nullptr);
+    } else {
+        if (fault == Fault::OtherWarningThenThrow) {
             XtAppWarningMsg(app_context, "conversionError", "string", "XtToolkitError", "Cannot convert", nullptr,
                             nullptr);
-            throw TickFailure();
-        case Fault::ToolkitError:
-            XtAppErrorMsg(app_context, "invalidParameter", "test", "XtToolkitError", "A broken toolkit call", nullptr,
-                          nullptr);
-            break;
+        }
+        throw TickFailure();
     }
 }
 
 }  // namespace
 
-// The dialogs of this program: only the one the tick calls every time does
-// anything.
 void ShowActionRequestDialog(bool, const TimeInterval&, bool) {}
 void UpdateActionRequestDialog() {}
-bool IsActionRequestDialogShown() {
-    return false;
-}
+bool IsActionRequestDialogShown() { return false; }
 void EnableActionRequestDialog() {}
 void DisableActionRequestDialog() {}
 void ShowActionDetailsDialog(unsigned long long) {}
 void ShowConfirmationRequestDialog(unsigned long long) {}
 void ShowMessageDialog(const MessageRequest&) {}
 void RemoveMessageDialog(unsigned long long) {}
-void RemoveTimedoutMessageDialogs() {
-    FailTheTick();
-}
+void RemoveTimedoutMessageDialogs() { FailTheTick(); }
 void ShowQuietModeDialog(const Instant&, const Instant&) {}
 void RemoveQuietModeDialog() {}
 
 namespace {
 
-// What InitXApp's return is marked with on the pipe, so that a normal return
-// can be told from an ExitCleanup with the same status.
+// Marks InitXApp's return on the pipe, telling it from an ExitCleanup with the same status.
 constexpr char kReturned[] = "InitXApp returned";
 
-// The program after its initialisation: the pipe on standard input and
-// output, then the X side.
+// The program after its initialisation: the pipe on standard input and output, then the X side.
 int RunInitializedProgram() {
     clientPipe = new UnixPipe(readQ, writeQ);
     clientPipe->AddReference();
@@ -92,7 +78,7 @@ int RunInitializedProgram() {
 }
 
 struct Ending {
-    int status;
+    int status = -2;
     std::vector<std::string> frames;
 };
 
@@ -100,19 +86,26 @@ Ending RunWith(Fault chosen) {
     fault = chosen;
     ChildProcess child;
     EXPECT_TRUE(child.Fork(RunInitializedProgram));
-    Ending ending{-2, {}};
+    Ending ending;
     // The error report waits for the pipe to drain, then two seconds.
     while (auto frame = child.ReadFrame(std::chrono::seconds(30))) ending.frames.push_back(*frame);
     if (auto status = child.WaitForExit(std::chrono::seconds(30))) ending.status = *status;
     return ending;
 }
 
-TEST(XAppLoop, AnExceptionOutOfTheTickEndsTheLoopAndTheProgramReturns0) {
-    for (Fault chosen : {Fault::Throw, Fault::OtherWarningThenThrow}) {
-        SCOPED_TRACE(static_cast<int>(chosen));
-        const Ending ending = RunWith(chosen);
-        EXPECT_EQ(ending.status, 0);
-        EXPECT_EQ(ending.frames, std::vector<std::string>{kReturned});
+TEST(XAppLoop, AnExceptionOutOfTheTickReturns0AndAToolkitErrorExits255) {
+    struct Case {
+        Fault fault;
+        int status;
+        std::vector<std::string> frames;
+    };
+    const Case cases[] = {
+        {Fault::Throw, 0, {kReturned}}, {Fault::OtherWarningThenThrow, 0, {kReturned}}, {Fault::ToolkitError, 255, {}}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(static_cast<int>(c.fault));
+        const Ending ending = RunWith(c.fault);
+        EXPECT_EQ(ending.status, c.status);
+        EXPECT_EQ(ending.frames, c.frames);
     }
 }
 
@@ -128,12 +121,6 @@ TEST(XAppLoop, TheFontWarningIsReportedTwiceThenTheProgramEndsWith0) {
     XMLSerialize(root->GetChildElement("ClientUIErrorMessage"), error);
     EXPECT_EQ(error.errorCode, 1u);
     EXPECT_EQ(error.debugString, "noFont (Unable to load any usable fontset)");
-}
-
-TEST(XAppLoop, AToolkitErrorEndsTheProgramWith255) {
-    const Ending ending = RunWith(Fault::ToolkitError);
-    EXPECT_EQ(ending.status, 255);
-    EXPECT_TRUE(ending.frames.empty());
 }
 
 }  // namespace
