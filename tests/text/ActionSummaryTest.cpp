@@ -15,16 +15,16 @@ const Instant kNow(1795348800LL * 1000000);  // 2026-11-22 12:00:00 UTC
 constexpr long long kNone = LLONG_MIN;      // no deadline
 
 // An action by its flags: 's' RequestSave, 'r' Restart, 'd' Shutdown, 'f' ForceRun.
-struct Spec { unsigned long long id; const char* flags; long long secondsLeft; };
+struct Given { unsigned long long id; const char* flags; long long secondsLeft; };
 
-ActionRequest MakeAction(const Spec& spec) {
+ActionRequest MakeAction(const Given& given) {
     ActionRequest action;
-    action.id = spec.id;
-    const auto has = [&](char flag) { return std::strchr(spec.flags, flag) != nullptr; };
+    action.id = given.id;
+    const auto has = [&](char flag) { return std::strchr(given.flags, flag) != nullptr; };
     std::tie(action.requestSave, action.restart, action.shutdown, action.forceRun) =
         std::make_tuple(has('s'), has('r'), has('d'), has('f'));
-    if (spec.secondsLeft != kNone) {
-        action.deadline = TimeObject(kNow + TimeInterval(spec.secondsLeft * 1000000), TimeZone(3600));
+    if (given.secondsLeft != kNone) {
+        action.deadline = TimeObject(kNow + TimeInterval(given.secondsLeft * 1000000), TimeZone(3600));
     }
     return action;
 }
@@ -32,7 +32,7 @@ ActionRequest MakeAction(const Spec& spec) {
 enum Form { One, Selected, Pending };
 
 TEST(ActionSummary, ChoosesTheSentence) {
-    struct Case { const char* name; Form form; std::vector<Spec> actions; const char* text; };
+    struct Case { const char* name; Form form; std::vector<Given> actions; const char* text; };
     const Case kCases[] = {
         {"no actions", Pending, {}, ""},
         {"one: restart wins", One, {{1, "rd", kNone}}, "This action will require a system restart."},
@@ -58,9 +58,9 @@ TEST(ActionSummary, ChoosesTheSentence) {
         SCOPED_TRACE(c.name);
         ActionRequestStore store;
         std::set<unsigned long long> ids;
-        for (const Spec& spec : c.actions) {
-            store.UpdateActions({MakeAction(spec)});
-            ids.insert(spec.id);
+        for (const Given& given : c.actions) {
+            store.UpdateActions({MakeAction(given)});
+            ids.insert(given.id);
         }
         const auto text =
             c.form == One ? ActionSummary(MakeAction(c.actions.at(0))) : ActionSummary(ids, store, c.form == Pending);
