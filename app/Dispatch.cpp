@@ -5,6 +5,7 @@
 
 #include "actions/PendingActions.h"
 #include "app/ClientLink.h"
+#include "app/DialogCalls.h"
 #include "app/Initialization.h"
 #include "app/Settings.h"
 #include "base/time/TimeObject.h"
@@ -15,7 +16,6 @@
 #include "protocol/ClientRequests.h"
 #include "protocol/InitializationInfo.h"
 #include "protocol/UIReports.h"
-#include "ui/DialogCalls.h"
 
 bool takeAllPending = false;
 std::size_t takeAllCursor = 0;

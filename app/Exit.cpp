@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "app/DialogCalls.h"
 #include "pipe/Sleep.h"
-#include "ui/DialogCalls.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ void SetExitFunctionForTesting(ExitFunction ending) {
 }
 
 void ExitCleanup(int status, const char* reason) {
-    DestroyApplicationContext();
+    WiredDialogCalls().DestroyApplicationContext();
     if (testEnding != nullptr) {
         testEnding(status, reason);
         return;

@@ -4,11 +4,11 @@
 
 #include "actions/PendingActions.h"
 #include "app/ClientLink.h"
+#include "app/DialogCalls.h"
 #include "app/Dispatch.h"
 #include "app/Exit.h"
 #include "app/Settings.h"
 #include "protocol/UIReports.h"
-#include "ui/DialogCalls.h"
 
 namespace {
 
@@ -53,7 +53,7 @@ void RunClientUITick() {
     ProcessMessagesFromUI();
     if (!initialized) return;
 
-    CreateHiddenWindowOnce();
+    WiredDialogCalls().CreateHiddenWindowOnce();
     // Repeated every tick while it holds: showing a shown dialog is harmless.
     if (m_postponedTo < Instant::Now() && !actions.empty()) {
         ShowActionRequestDialog(false, m_remindInterval, m_snoozable);

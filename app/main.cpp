@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include "app/ClientLink.h"
+#include "app/DialogCalls.h"
 #include "app/Dispatch.h"
 #include "app/Exit.h"
 #include "app/Settings.h"
@@ -11,11 +12,18 @@
 #include "pipe/UnixPipe.h"
 #include "protocol/UIReports.h"
 #include "ui/XApplication.h"
+#include "ui/XDialogCalls.h"
 
 int main(int argc, char** argv) {
     // A client that stops reading must end us through the pipe's write error
     // (exit status 0), not through the signal.
     std::signal(SIGPIPE, SIG_IGN);
+
+    // The one place that knows both sides: the dispatch, the tick and the
+    // exit path reach the X side through this from now on. Its entries are
+    // harmless until InitXApp has opened the display.
+    static XDialogCalls screen;
+    WireDialogCalls(&screen);
 
     clientPipe = new UnixPipe(readQ, writeQ);
     clientPipe->AddReference();

@@ -1,7 +1,6 @@
 #include "ui/HiddenWindow.h"
 
 #include "app/OpenRequest.h"
-#include "ui/DialogCalls.h"
 #include "ui/XGlobals.h"
 
 #include <X11/Shell.h>

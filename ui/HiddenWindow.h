@@ -12,5 +12,9 @@ constexpr char kHiddenWindowName[] = "ZAMClientUIHiddenWindow";
 // The hidden shell; null until the first tick after initialisation made it.
 extern Widget zamHidden;
 
+// Makes, realizes and keeps the hidden shell the first time it is called with
+// the display open; does nothing before that and ever after.
+void CreateHiddenWindowOnce();
+
 // Queues OpenDialog for an "open" ClientMessage; ignores every other event.
 void HiddenWindowEventHandler(Widget widget, XtPointer closure, XEvent* event, Boolean* continueDispatch);

@@ -6,7 +6,6 @@
 #include "app/Settings.h"
 #include "ui/ClientUITimer.h"
 #include "ui/DefaultFontSet.h"
-#include "ui/DialogCalls.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/LocaleCheck.h"
 #include "ui/WindowManagerClose.h"

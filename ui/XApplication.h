@@ -10,3 +10,7 @@
 // Xt error handler; the global actions; the first time-out. Returns 0 only when
 // an exception has ended the loop; otherwise the process ends in ExitCleanup.
 int InitXApp(int argc, char** argv);
+
+// Closes the display and destroys the application context if there is one;
+// app_context and display are null afterwards. Harmless when neither exists.
+void DestroyApplicationContext();

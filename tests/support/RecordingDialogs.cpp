@@ -3,9 +3,9 @@
 #include <string>
 #include <utility>
 
+#include "app/DialogCalls.h"
 #include "base/time/XMLTime.h"
 #include "protocol/ClientRequests.h"
-#include "ui/DialogCalls.h"
 
 namespace {
 
@@ -24,6 +24,49 @@ const char* Flag(bool value) { return value ? "true" : "false"; }
 
 std::string Number(unsigned long long id) { return std::to_string(id); }
 
+// Every call of the screen, recorded.
+class Recorder final : public DialogCalls {
+public:
+    void ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval, bool snoozable) override {
+        Record(std::string("ShowActionRequestDialog(") + Flag(forceShow) + "," +
+               TimeIntervalToXMLDuration(remindInterval).Str() + "," + Flag(snoozable) + ")");
+    }
+
+    void UpdateActionRequestDialog() override { Record("UpdateActionRequestDialog()"); }
+
+    bool IsActionRequestDialogShown() override {
+        Record("IsActionRequestDialogShown()");
+        return actionDialogShown;
+    }
+
+    void EnableActionRequestDialog() override { Record("EnableActionRequestDialog()"); }
+    void DisableActionRequestDialog() override { Record("DisableActionRequestDialog()"); }
+    void ShowActionDetailsDialog(unsigned long long id) override {
+        Record("ShowActionDetailsDialog(" + Number(id) + ")");
+    }
+    void ShowConfirmationRequestDialog(unsigned long long id) override {
+        Record("ShowConfirmationRequestDialog(" + Number(id) + ")");
+    }
+
+    void ShowMessageDialog(const MessageRequest& request) override {
+        Record("ShowMessageDialog(" + Number(request.id) + "," + std::string(request.title.View()) + ")");
+    }
+
+    void RemoveMessageDialog(unsigned long long id) override { Record("RemoveMessageDialog(" + Number(id) + ")"); }
+    void RemoveTimedoutMessageDialogs() override { Record("RemoveTimedoutMessageDialogs()"); }
+
+    void ShowQuietModeDialog(const Instant& start, const Instant& end) override {
+        Record("ShowQuietModeDialog(" + std::to_string(start.Microseconds() / kMicrosecondsPerSecond) + "," +
+               std::to_string(end.Microseconds() / kMicrosecondsPerSecond) + ")");
+    }
+
+    void RemoveQuietModeDialog() override { Record("RemoveQuietModeDialog()"); }
+    void CreateHiddenWindowOnce() override { Record("CreateHiddenWindowOnce()"); }
+    void DestroyApplicationContext() override { Record("DestroyApplicationContext()"); }
+};
+
+Recorder recorder;
+
 }  // namespace
 
 namespace RecordingDialogs {
@@ -35,6 +78,7 @@ std::vector<std::string> Take() {
 }
 
 void Reset() {
+    WireDialogCalls(&recorder);
     transcript.clear();
     actionDialogShown = false;
     failingFunction.clear();
@@ -45,38 +89,3 @@ void FailOn(const std::string& function) { failingFunction = function; }
 void SetActionDialogShown(bool shown) { actionDialogShown = shown; }
 
 }  // namespace RecordingDialogs
-
-void ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval, bool snoozable) {
-    Record(std::string("ShowActionRequestDialog(") + Flag(forceShow) + "," +
-           TimeIntervalToXMLDuration(remindInterval).Str() + "," + Flag(snoozable) + ")");
-}
-
-void UpdateActionRequestDialog() { Record("UpdateActionRequestDialog()"); }
-
-bool IsActionRequestDialogShown() {
-    Record("IsActionRequestDialogShown()");
-    return actionDialogShown;
-}
-
-void EnableActionRequestDialog() { Record("EnableActionRequestDialog()"); }
-void DisableActionRequestDialog() { Record("DisableActionRequestDialog()"); }
-void ShowActionDetailsDialog(unsigned long long id) { Record("ShowActionDetailsDialog(" + Number(id) + ")"); }
-void ShowConfirmationRequestDialog(unsigned long long id) {
-    Record("ShowConfirmationRequestDialog(" + Number(id) + ")");
-}
-
-void ShowMessageDialog(const MessageRequest& request) {
-    Record("ShowMessageDialog(" + Number(request.id) + "," + std::string(request.title.View()) + ")");
-}
-
-void RemoveMessageDialog(unsigned long long id) { Record("RemoveMessageDialog(" + Number(id) + ")"); }
-void RemoveTimedoutMessageDialogs() { Record("RemoveTimedoutMessageDialogs()"); }
-
-void ShowQuietModeDialog(const Instant& start, const Instant& end) {
-    Record("ShowQuietModeDialog(" + std::to_string(start.Microseconds() / kMicrosecondsPerSecond) + "," +
-           std::to_string(end.Microseconds() / kMicrosecondsPerSecond) + ")");
-}
-
-void RemoveQuietModeDialog() { Record("RemoveQuietModeDialog()"); }
-void CreateHiddenWindowOnce() { Record("CreateHiddenWindowOnce()"); }
-void DestroyApplicationContext() { Record("DestroyApplicationContext()"); }

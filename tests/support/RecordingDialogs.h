@@ -1,9 +1,8 @@
 #pragma once
 
-// The dispatch's view of the X side, recorded instead of shown: every
-// function of ui/DialogCalls.h appends one line to a transcript, e.g.
-// "ShowActionRequestDialog(false,PT5M,true)". Link RecordingDialogs.cpp into a
-// test instead of the ui/ implementation.
+// The dispatch's view of the screen, recorded instead of shown: every call of
+// app/DialogCalls.h appends one line to a transcript, e.g.
+// "ShowActionRequestDialog(false,PT5M,true)". Reset() wires the recorder in.
 
 #include <string>
 #include <vector>
@@ -14,7 +13,8 @@ namespace RecordingDialogs {
 
 // Returns every call so far, oldest first, and starts a new transcript.
 std::vector<std::string> Take();
-// Empties the transcript and resets what IsActionRequestDialogShown answers (false).
+// Wires the recorder as the screen, empties the transcript and resets what
+// IsActionRequestDialogShown answers (false).
 void Reset();
 // What IsActionRequestDialogShown() answers from now on.
 void SetActionDialogShown(bool shown);

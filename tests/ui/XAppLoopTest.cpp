@@ -13,8 +13,8 @@
 #include "protocol/UIReports.h"
 #include "tests/support/XvfbEnvironment.h"
 #include "tests/ui/ChildProcess.h"
-#include "ui/DialogCalls.h"
 #include "ui/XApplication.h"
+#include "ui/XDialogCalls.h"
 #include "ui/XGlobals.h"
 
 namespace {
@@ -42,22 +42,10 @@ void FailTheTick() {
     }
 }
 
-}  // namespace
-
-void ShowActionRequestDialog(bool, const TimeInterval&, bool) {}
-void UpdateActionRequestDialog() {}
-bool IsActionRequestDialogShown() { return false; }
-void EnableActionRequestDialog() {}
-void DisableActionRequestDialog() {}
-void ShowActionDetailsDialog(unsigned long long) {}
-void ShowConfirmationRequestDialog(unsigned long long) {}
-void ShowMessageDialog(const MessageRequest&) {}
-void RemoveMessageDialog(unsigned long long) {}
-void RemoveTimedoutMessageDialogs() { FailTheTick(); }
-void ShowQuietModeDialog(const Instant&, const Instant&) {}
-void RemoveQuietModeDialog() {}
-
-namespace {
+// The X side's screen, with the call the tick makes every time failing.
+class FailingScreen : public XDialogCalls {
+    void RemoveTimedoutMessageDialogs() override { FailTheTick(); }
+};
 
 // Marks InitXApp's return on the pipe, telling it from an ExitCleanup with the same status.
 constexpr char kReturned[] = "InitXApp returned";
@@ -68,6 +56,8 @@ int RunInitializedProgram() {
     clientPipe->AddReference();
     clientPipe->Start(0, 1);
     initialized = true;
+    static FailingScreen screen;
+    WireDialogCalls(&screen);
     char name[] = "ZAMClientUI";
     char* argv[] = {name, nullptr};
     const int result = InitXApp(1, argv);

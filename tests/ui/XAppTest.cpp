@@ -12,12 +12,13 @@
 #include "tests/support/XvfbEnvironment.h"
 #include "tests/ui/ChildProcess.h"
 #include "ui/DefaultFontSet.h"
-#include "ui/DialogCalls.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/FontOwners.h"
 #include "ui/HiddenWindow.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
+#include "ui/XApplication.h"
+#include "ui/XDialogCalls.h"
 #include "ui/XGlobals.h"
 
 #include <X11/Shell.h>
@@ -48,6 +49,8 @@ protected:
     void SetUp() override {
         exitStatuses.clear();
         SetExitFunctionForTesting([](int status, const char*) { exitStatuses.push_back(status); });
+        static XDialogCalls screen;  // as main wires it
+        WireDialogCalls(&screen);
         XtToolkitInitialize();
         app_context = XtCreateApplicationContext();
         int argc = 1;
