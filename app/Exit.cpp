@@ -10,14 +10,8 @@ namespace {
 
 ExitFunction testEnding = nullptr;
 
-}  // namespace
-
-void SetExitFunctionForTesting(ExitFunction ending) {
-    testEnding = ending;
-}
-
-void ExitCleanup(int status, const char* reason) {
-    WiredDialogCalls().DestroyApplicationContext();
+// The pause, then the exit; what both endings share.
+void EndProcess(int status, const char* reason) {
     if (testEnding != nullptr) {
         testEnding(status, reason);
         return;
@@ -29,4 +23,19 @@ void ExitCleanup(int status, const char* reason) {
     // which they could otherwise meet half torn down.
     std::fflush(nullptr);
     std::_Exit(status);
+}
+
+}  // namespace
+
+void SetExitFunctionForTesting(ExitFunction ending) {
+    testEnding = ending;
+}
+
+void ExitCleanup(int status, const char* reason) {
+    WiredDialogCalls().DestroyApplicationContext();
+    EndProcess(status, reason);
+}
+
+void ExitCleanupFromErrorHandler(int status, const char* reason) {
+    EndProcess(status, reason);
 }

@@ -1,7 +1,6 @@
 #include "ui/ErrorHandlers.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "app/ClientLink.h"
@@ -10,13 +9,6 @@
 #include "ui/ErrorTexts.h"
 #include "ui/XGlobals.h"
 
-namespace {
-
-// Room for the toolkit's text of a warning, as its message catalogue gives it.
-constexpr int kWarningTextBuffer = 1024;
-
-}  // namespace
-
 int X_ErrorHandler(Display* display, XErrorEvent* event) {
     char text[kXErrorTextBuffer] = {};
     constexpr std::size_t prefix = sizeof kXErrorPrefix - 1;
@@ -24,17 +16,17 @@ int X_ErrorHandler(Display* display, XErrorEvent* event) {
         XGetErrorText(display, event->error_code, text + prefix, static_cast<int>(sizeof text - prefix));
     }
     text[sizeof text - 1] = '\0';
-    ExitCleanup(-1, XErrorText(text + prefix).c_str());
+    ExitCleanupFromErrorHandler(-1, XErrorText(text + prefix).c_str());
     return 0;
 }
 
 int X_IOErrorHandler(Display*) {
-    ExitCleanup(0, "CLOSED");
+    ExitCleanupFromErrorHandler(0, "CLOSED");
     return 0;
 }
 
 void Xt_ErrorHandler(String message) {
-    ExitCleanup(-1, XtErrorText(message).c_str());
+    ExitCleanupFromErrorHandler(-1, XtErrorText(message).c_str());
     // Only a test's replacement of the ending comes back here, and the
     // toolkit must not get control back after an error.
     std::_Exit(-1);
@@ -48,17 +40,9 @@ void WarningMsgHandler(String name, String type, String warningClass, String def
         }
         return;
     }
-    // The text as the toolkit's message catalogue has it for this warning,
-    // its built-in message when the catalogue has none.
-    char message[kWarningTextBuffer] = {};
-    if (app_context != nullptr) {
-        XtAppGetErrorDatabaseText(app_context, name, type, warningClass, defaultMessage != nullptr ? defaultMessage : "",
-                                  message, sizeof message, nullptr);
-    } else if (defaultMessage != nullptr) {
-        std::strncpy(message, defaultMessage, sizeof message - 1);
-    }
-    message[sizeof message - 1] = '\0';
-    const std::string text = FatalWarningText(name, message);
+    // The toolkit's own wording, not an error database's: the client reads the
+    // same text on every machine, whatever database is installed there.
+    const std::string text = FatalWarningText(name, defaultMessage != nullptr ? defaultMessage : "");
     try {
         ClientUIErrorMessage error(ClientUIErrorMessage::FontError, text);
         SendErrorToClient(error);

@@ -1,7 +1,9 @@
 #pragma once
 
 // The handlers through which X and the toolkit report failures. Each failure
-// ends the process through ExitCleanup; none is retried.
+// ends the process; none is retried. The X, X I/O and toolkit error handlers
+// end it without closing the display (ExitCleanupFromErrorHandler), since
+// they may run inside a call that is waiting for the server's reply.
 
 #include <X11/Intrinsic.h>
 
@@ -16,8 +18,9 @@ int X_IOErrorHandler(Display* display);
 // requires that it never returns (_X_NORETURN: a type the toolkit checks).
 _X_NORETURN void Xt_ErrorHandler(String message);
 
-// "noFont" ends the program: the client is told (error code 1) and the process
-// exits with 0. Every other warning goes to the handler the toolkit had
+// "noFont" ends the program: the client is told (error code 1, the warning's
+// name and the toolkit's built-in message for it) and the process exits with
+// 0 through ExitCleanup. Every other warning goes to the handler the toolkit had
 // before, if any.
 void WarningMsgHandler(String name, String type, String warningClass, String defaultMessage, String* params,
                        Cardinal* paramCount);
