@@ -6,6 +6,7 @@
 #include "app/Settings.h"
 #include "ui/ClientUITimer.h"
 #include "ui/DefaultFontSet.h"
+#include "ui/DialogWindow.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/LocaleCheck.h"
 #include "ui/WindowManagerClose.h"
@@ -74,6 +75,7 @@ void DestroyApplicationContext() {
     // Cleared first: closing the display can report the lost connection
     // again, and that report must not destroy the context a second time.
     XtAppContext context = app_context;
+    ForgetDialogWindows();
     app_context = nullptr;
     display = nullptr;
     if (context != nullptr) XtDestroyApplicationContext(context);
