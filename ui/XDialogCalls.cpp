@@ -1,14 +1,19 @@
 #include "ui/XDialogCalls.h"
 
+#include "protocol/ClientRequests.h"
+#include "ui/ActionDetailsDialog.h"
+#include "ui/ConfirmationDialog.h"
 #include "ui/HiddenWindow.h"
+#include "ui/MessageDialog.h"
+#include "ui/QuietModeDialog.h"
 #include "ui/XApplication.h"
 
-// The dialogs are not built yet: until each one exists, its entries below show
-// nothing, and the action dialog never counts as shown, so the dispatch goes on
-// as if the user had not opened it. Like the dialogs they stand for, they are
-// harmless before the display is open.
+// Every entry is harmless before the display is open: the dialogs show
+// nothing until then.
 
-// Not built yet: the action request dialog.
+// Not built yet: the action request dialog. Until it exists its entries show
+// nothing, and it never counts as shown, so the dispatch goes on as if the
+// user had not opened it.
 void XDialogCalls::ShowActionRequestDialog(bool, const TimeInterval&, bool) {}
 void XDialogCalls::UpdateActionRequestDialog() {}
 bool XDialogCalls::IsActionRequestDialogShown() {
@@ -17,18 +22,33 @@ bool XDialogCalls::IsActionRequestDialogShown() {
 void XDialogCalls::EnableActionRequestDialog() {}
 void XDialogCalls::DisableActionRequestDialog() {}
 
-// Not built yet: the action details and confirmation dialogs.
-void XDialogCalls::ShowActionDetailsDialog(unsigned long long) {}
-void XDialogCalls::ShowConfirmationRequestDialog(unsigned long long) {}
+void XDialogCalls::ShowActionDetailsDialog(unsigned long long id) {
+    ActionDetailsDialog::Show(id);
+}
 
-// Not built yet: the message and quiet-mode dialogs.
-void XDialogCalls::ShowMessageDialog(const MessageRequest&) {}
-void XDialogCalls::RemoveMessageDialog(unsigned long long) {}
-void XDialogCalls::RemoveTimedoutMessageDialogs() {}
-void XDialogCalls::ShowQuietModeDialog(const Instant&, const Instant&) {}
-void XDialogCalls::RemoveQuietModeDialog() {}
+void XDialogCalls::ShowConfirmationRequestDialog(unsigned long long id) {
+    ConfirmationDialog::Show(id);
+}
 
-// Built: the hidden window and the closing of the application context.
+void XDialogCalls::ShowMessageDialog(const MessageRequest& request) {
+    MessageDialog::Show(request, Instant::Now());
+}
+
+void XDialogCalls::RemoveMessageDialog(unsigned long long id) {
+    MessageDialog::Remove(id);
+}
+
+void XDialogCalls::RemoveTimedoutMessageDialogs() {
+    MessageDialog::RemoveTimedOut(Instant::Now());
+}
+
+void XDialogCalls::ShowQuietModeDialog(const Instant& start, const Instant& end) {
+    QuietModeDialog::Show(start, end);
+}
+
+void XDialogCalls::RemoveQuietModeDialog() {
+    QuietModeDialog::Remove();
+}
 
 void XDialogCalls::CreateHiddenWindowOnce() {
     ::CreateHiddenWindowOnce();

@@ -1,0 +1,69 @@
+#include "ui/ActionDetailsDialog.h"
+
+#include "actions/PendingActions.h"
+#include "app/ClientLink.h"
+#include "ui/DialogWindow.h"
+#include "ui/XGlobals.h"
+
+#include <X11/StringDefs.h>
+#include <X11/Xaw/AsciiText.h>
+#include <X11/Xaw/Command.h>
+#include <X11/Xaw/Form.h>
+
+namespace {
+
+DialogWindow window;
+
+// The Preview of the first pending action with that ID, as the take-all walk
+// and the take commands find actions; empty when there is none.
+UStringRef<UTF8> PreviewOf(unsigned long long actionId) {
+    for (const ActionRequest& action : actions) {
+        if (action.id == actionId) return action.preview ? action.preview->Ref() : UStringRef<UTF8>();
+    }
+    return UStringRef<UTF8>();
+}
+
+void OkPressed(Widget, XtPointer, XtPointer) {
+    ActionDetailsDialog::Hide();
+    QueueCommand(UICommandType::DetailsClosed, 0, 0, 0);
+}
+
+void Build(unsigned long long actionId) {
+    // Every text first: a text the locale cannot show fails before any widget exists.
+    ControlString preview = ClientText(PreviewOf(actionId));
+    ControlString title = ControlLiteral("Action Script Preview");
+    ControlString ok = LabelText(ControlLiteral("OK"));
+
+    window.Create(std::move(title));
+    const Widget text = window.AddTextArea("actiondetails", std::move(preview),
+                                           {{XtNwidth, 500}, {XtNheight, 100}, {XtNsensitive, False}});
+    const Widget button = window.Add("ok", commandWidgetClass, {{XtNlabel, window.Keep(std::move(ok))},
+                                                                {XtNfromVert, WidgetValue(text)}});
+    CentreUnder(button, text);
+    XtAddCallback(button, XtNcallback, OkPressed, nullptr);
+    window.Present(text);
+}
+
+}  // namespace
+
+namespace ActionDetailsDialog {
+
+void Show(unsigned long long actionId) {
+    if (display == nullptr || window.Exists()) return;
+    try {
+        Build(actionId);
+    } catch (...) {
+        window.Destroy();
+        EndForUnbuildableDialog("ActionDetailsDialog");
+    }
+}
+
+void Update() {}
+
+void Hide() { window.Destroy(); }
+
+bool IsShown() { return window.Exists(); }
+
+Widget Shell() { return window.Shell(); }
+
+}  // namespace ActionDetailsDialog
