@@ -3,7 +3,11 @@
 // translator's file), layout, the commands real pointer clicks queue, and the
 // ending when a dialog's text cannot be shown.
 
+#include <malloc.h>
+#include <unistd.h>
+
 #include <array>
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
@@ -388,6 +392,48 @@ TEST_F(Dialogs, LongTextsAndManyMessagesAreShown) {
     for (unsigned long long id = 2; id <= 500; ++id) ShowMessageDialog(Message(id, "Many", "messages"));
     Pump();
     EXPECT_EQ(MessageDialog::Count(), 500u);
+}
+
+TEST_F(Dialogs, ShowingAndHidingAThousandTimesDoesNotGrow) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer's allocator holds freed blocks back, so the heap cannot be read";
+#endif
+    // glibc's per-thread cache keeps up to tens of KiB of freed blocks that mallinfo2
+    // counts as in use: the heap is read in a copy of this program with the cache off.
+    const std::string noCache = "glibc.malloc.tcache_count=0";
+    if (const char* tunables = getenv("GLIBC_TUNABLES"); tunables == nullptr || tunables != noCache) {
+        const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
+        ChildProcess copy;
+        ASSERT_TRUE(copy.Exec("/proc/self/exe", {"GLIBC_TUNABLES=" + noCache, std::string("PATH=") + getenv("PATH"),
+                                                 std::string("GTEST_FILTER=") + test->test_suite_name() + "." +
+                                                     test->name()}));
+        EXPECT_EQ(copy.WaitForExit(std::chrono::seconds(120)), 0);
+        return;
+    }
+    actions = {Action(1, "t", "preview", "sure?")};
+    auto heap = [] { return mallinfo2().uordblks; };
+    std::size_t atTen = 0;
+    for (int cycle = 1; cycle <= 1000; ++cycle) {
+        ShowActionDetailsDialog(1);
+        ActionDetailsDialog::Hide();
+        ShowConfirmationRequestDialog(1);
+        ConfirmationDialog::Hide();
+        ShowMessageDialog(Message(1, "t", "m", 5));
+        ShowMessageDialog(Message(1, "reused", "in place"));
+        RemoveMessageDialog(1);
+        ShowQuietModeDialog(kNow, kNow);
+        RemoveQuietModeDialog();
+        Pump();
+        if (cycle == 10) atTen = heap();
+    }
+    long pages = 0, resident = 0;
+    if (FILE* statm = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(statm, "%ld %ld", &pages, &resident) != 2) resident = 0;
+        std::fclose(statm);
+    }
+    std::fprintf(stderr, "heap in use: %zu bytes after 10 cycles, %zu after 1000; RSS %ld KiB\n", atTen, heap(),
+                resident * sysconf(_SC_PAGESIZE) / 1024);
+    EXPECT_LE(heap(), atTen + 8192);
 }
 
 // Each dialog whose text the locale ("C" here) cannot show, in a child on the pipe.
