@@ -48,8 +48,8 @@ void Build(const ActionRequest& action) {
                                             {XtNwidth, ConfirmationTextWidth(captionWidth)},
                                             {XtNheight, 100},
                                             {XtNsensitive, False}});
-    const Widget cancel = window.Add("cancel", commandWidgetClass,
-                                     {{XtNlabel, window.Keep(std::move(cancelLabel))}, {XtNfromVert, WidgetValue(text)}});
+    const Widget cancel = window.Add("cancel", commandWidgetClass, {{XtNlabel, window.Keep(std::move(cancelLabel))},
+                                                                    {XtNfromVert, WidgetValue(text)}});
     const Widget ok = window.Add("ok", commandWidgetClass,
                                  {{XtNlabel, window.Keep(std::move(okLabel))}, {XtNfromVert, WidgetValue(text)}});
     SpaceUnder(cancel, ok, text);

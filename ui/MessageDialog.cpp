@@ -131,9 +131,8 @@ void Remove(unsigned long long id) {
 
 void RemoveTimedOut(Instant now) {
     ForgetDestroyed();
-    openMessages.erase(std::remove_if(openMessages.begin(), openMessages.end(),
-                                      [now](const auto& message) { return message->expiry && *message->expiry <= now; }),
-                       openMessages.end());
+    auto expired = [now](const auto& message) { return message->expiry && *message->expiry <= now; };
+    openMessages.erase(std::remove_if(openMessages.begin(), openMessages.end(), expired), openMessages.end());
 }
 
 std::size_t Count() {
