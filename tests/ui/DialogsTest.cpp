@@ -163,86 +163,77 @@ TEST_F(Dialogs, WidgetsTextsLayoutAndClicks) {
         const char *span, *click;                                // the buttons stand under `span`
         Commands clicked;
     };
-    for (const bool translated : {false, true}) {
-        SCOPED_TRACE(translated ? "translated" : "English");
-        std::optional<FormatOverrideScope> scope;
-        if (translated) scope.emplace(translator.Overrides(), GlobalFormatOverrideContext());
-        auto fixed = [&](const char* tag, const std::string& english) {
-            return translated ? std::string("[") + tag + "] " + english : english;
-        };
-        const std::pair<const char*, std::string> ok{"ok", fixed("OK", "OK")}, dismiss{"dismiss", ok.second};
-        const std::vector<std::pair<const char*, std::string>> confirmation = {
-            {"", fixed("PreActionTitle", "Confirmation Required")}, {"actiontitle", kTitle},
-            {"staticlabel", fixed("ConfirmationCaption",
-                                  "This action requires you to acknowledge the following confirmation message:")},
-            {"actionconfirmation", "Sure? {x}\t}"}, {"cancel", fixed("Cancel", "Cancel")}, ok};
-        actions = {Action(7, kTitle, "line 1\n\t{actionTitle}", "Sure? {x}\t}"), Action(8, "Other", "Other", "?")};
-        const Case cases[] = {
-            {"details", [] { ShowActionDetailsDialog(7); }, [] { ShowActionDetailsDialog(8); },
-             ActionDetailsDialog::Shell,
-             {{"", fixed("PreviewDialogTitle", "Action Script Preview")}, {"actiondetails", "line 1\n\t{actionTitle}"},
-              ok},
-             "actiondetails", "ok", {{T::DetailsClosed, 0}}},
-            {"confirmation", [] { ShowConfirmationRequestDialog(7); }, [] { ShowConfirmationRequestDialog(8); },
-             ConfirmationDialog::Shell, confirmation, "actionconfirmation", "ok", {{T::ConfirmAccepted, 7}}},
-            {"declined", [] { ShowConfirmationRequestDialog(7); }, nullptr, ConfirmationDialog::Shell, confirmation,
-             "actionconfirmation", "cancel", {{T::ConfirmDeclined, 7}}},
-            {"message", [] { ShowMessageDialog(Message(3, "Note {x}", "Body {y}")); }, nullptr,
-             [] { return MessageDialog::Shell(3); }, {{"", "Note {x}"}, {"actionmessage", "Body {y}"}, dismiss},
-             "actionmessage", "dismiss", {}},
-            {"completion", [] { ShowMessageDialog(Message(4, "Patch {x}", "unused", {}, true)); }, nullptr,
-             [] { return MessageDialog::Shell(4); },
-             {{"", fixed("T", "Vorkan notification:")},
-              {"actionmessage", translated ? "[T] Completed: \"Patch {x}\"." : "Action \"Patch {x}\" has completed."},
-              dismiss},
-             "actionmessage", "dismiss", {}},
-            {"quiet mode", [&] { ShowQuietModeDialog(start, end); }, [&] { ShowQuietModeDialog(end, end); },
-             QuietModeDialog::Shell,
-             {{"", fixed("QuietModeTitle", "Not Currently Available")},
-              {"staticlabel", std::string(LocalizedStrings::QuietModeExplanation(start, end).View())}, ok},
-             "staticlabel", "ok", {{T::QuietModeClosed, 0}}},
-        };
-        for (const Case& c : cases) {
-            SCOPED_TRACE(c.dialog);
-            c.show();
-            const Widget shell = c.shell();
-            ASSERT_NE(shell, nullptr);
-            if (c.showAgain) c.showAgain();
-            EXPECT_EQ(c.shell(), shell);
-            for (const auto& [name, text] : c.texts) {
-                const Widget widget = name[0] == '\0' ? shell : Child(shell, name);
-                ASSERT_NE(widget, nullptr) << name;
-                const bool isText = XtIsSubclass(widget, asciiTextWidgetClass);
-                EXPECT_EQ(Text(widget, name[0] == '\0' ? XtNtitle : isText ? XtNstring : XtNlabel), text) << name;
-                // Only the message's text scrolls by hand.
-                EXPECT_TRUE(!isText || XtIsSensitive(widget) == (c.span == std::string("actionmessage"))) << name;
-            }
-            Pump();
-            const std::array<int, 4> span = Box(Child(shell, c.span));
-            std::vector<std::array<int, 4>> row;
-            for (const char* name : {"cancel", "ok", "dismiss"}) {
-                if (const Widget button = Child(shell, name)) {
-                    EXPECT_TRUE(XtIsSubclass(button, commandWidgetClass)) << name;
-                    row.push_back(Box(button));
-                    EXPECT_GE(row.back()[1], span[3]);                                       // below the span
-                    EXPECT_TRUE(row.size() == 1 || row[row.size() - 2][2] < row.back()[0]);  // apart
-                }
-            }
-            EXPECT_LE(std::abs((row.front()[0] - span[0]) - (span[2] - row.back()[2])), 1);  // centred
-            Atom* announced = nullptr;
-            int count = 0;
-            ASSERT_NE(XGetWMProtocols(display, XtWindow(shell), &announced, &count), 0);
-            EXPECT_EQ(std::vector<Atom>(announced, announced + count), std::vector<Atom>{deleteWindow});
-            XFree(announced);
-            XEvent close{};
-            close.xclient = {ClientMessage, 0, False, display, XtWindow(shell), protocols, 32, {}};
-            close.xclient.data.l[0] = static_cast<long>(deleteWindow);
-            XSendEvent(display, XtWindow(shell), False, NoEventMask, &close);
-            Pump();
-            ASSERT_EQ(c.shell(), shell);  // the window manager's close leaves it open
-            EXPECT_EQ(Click(shell, c.click), c.clicked);
-            EXPECT_EQ(c.shell(), nullptr);
+    // Every fixed text is shown through the translator's file: "[Tag] " and the English key.
+    const FormatOverrideScope scope(translator.Overrides(), GlobalFormatOverrideContext());
+    auto fixed = [](const char* tag, const std::string& english) { return std::string("[") + tag + "] " + english; };
+    const std::pair<const char*, std::string> ok{"ok", fixed("OK", "OK")}, dismiss{"dismiss", ok.second};
+    const std::vector<std::pair<const char*, std::string>> confirmation = {
+        {"", fixed("PreActionTitle", "Confirmation Required")}, {"actiontitle", kTitle},
+        {"staticlabel", fixed("ConfirmationCaption",
+                              "This action requires you to acknowledge the following confirmation message:")},
+        {"actionconfirmation", "Sure? {x}\t}"}, {"cancel", fixed("Cancel", "Cancel")}, ok};
+    actions = {Action(7, kTitle, "line 1\n\t{actionTitle}", "Sure? {x}\t}"), Action(8, "Other", "Other", "?")};
+    const Case cases[] = {
+        {"details", [] { ShowActionDetailsDialog(7); }, [] { ShowActionDetailsDialog(8); }, ActionDetailsDialog::Shell,
+         {{"", fixed("PreviewDialogTitle", "Action Script Preview")}, {"actiondetails", "line 1\n\t{actionTitle}"}, ok},
+         "actiondetails", "ok", {{T::DetailsClosed, 0}}},
+        {"confirmation", [] { ShowConfirmationRequestDialog(7); }, [] { ShowConfirmationRequestDialog(8); },
+         ConfirmationDialog::Shell, confirmation, "actionconfirmation", "ok", {{T::ConfirmAccepted, 7}}},
+        {"declined", [] { ShowConfirmationRequestDialog(7); }, nullptr, ConfirmationDialog::Shell, confirmation,
+         "actionconfirmation", "cancel", {{T::ConfirmDeclined, 7}}},
+        {"message", [] { ShowMessageDialog(Message(3, "Note {x}", "Body {y}")); }, nullptr,
+         [] { return MessageDialog::Shell(3); }, {{"", "Note {x}"}, {"actionmessage", "Body {y}"}, dismiss},
+         "actionmessage", "dismiss", {}},
+        {"completion", [] { ShowMessageDialog(Message(4, "Patch {x}", "unused", {}, true)); }, nullptr,
+         [] { return MessageDialog::Shell(4); },
+         {{"", fixed("T", "Vorkan notification:")}, {"actionmessage", "[T] Completed: \"Patch {x}\"."}, dismiss},
+         "actionmessage", "dismiss", {}},
+        {"quiet mode", [&] { ShowQuietModeDialog(start, end); }, [&] { ShowQuietModeDialog(end, end); },
+         QuietModeDialog::Shell,
+         {{"", fixed("QuietModeTitle", "Not Currently Available")},
+          {"staticlabel", std::string(LocalizedStrings::QuietModeExplanation(start, end).View())}, ok},
+         "staticlabel", "ok", {{T::QuietModeClosed, 0}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.dialog);
+        c.show();
+        const Widget shell = c.shell();
+        ASSERT_NE(shell, nullptr);
+        if (c.showAgain) c.showAgain();
+        EXPECT_EQ(c.shell(), shell);
+        for (const auto& [name, text] : c.texts) {
+            const Widget widget = name[0] == '\0' ? shell : Child(shell, name);
+            ASSERT_NE(widget, nullptr) << name;
+            const bool isText = XtIsSubclass(widget, asciiTextWidgetClass);
+            EXPECT_EQ(Text(widget, name[0] == '\0' ? XtNtitle : isText ? XtNstring : XtNlabel), text) << name;
+            // Only the message's text scrolls by hand.
+            EXPECT_TRUE(!isText || XtIsSensitive(widget) == (c.span == std::string("actionmessage"))) << name;
         }
+        Pump();
+        const std::array<int, 4> span = Box(Child(shell, c.span));
+        std::vector<std::array<int, 4>> row;
+        for (const char* name : {"cancel", "ok", "dismiss"}) {
+            if (const Widget button = Child(shell, name)) {
+                EXPECT_TRUE(XtIsSubclass(button, commandWidgetClass)) << name;
+                row.push_back(Box(button));
+                EXPECT_GE(row.back()[1], span[3]);                                       // below the span
+                EXPECT_TRUE(row.size() == 1 || row[row.size() - 2][2] < row.back()[0]);  // apart
+            }
+        }
+        EXPECT_LE(std::abs((row.front()[0] - span[0]) - (span[2] - row.back()[2])), 1);  // centred
+        Atom* announced = nullptr;
+        int count = 0;
+        ASSERT_NE(XGetWMProtocols(display, XtWindow(shell), &announced, &count), 0);
+        EXPECT_EQ(std::vector<Atom>(announced, announced + count), std::vector<Atom>{deleteWindow});
+        XFree(announced);
+        XEvent close{};
+        close.xclient = {ClientMessage, 0, False, display, XtWindow(shell), protocols, 32, {}};
+        close.xclient.data.l[0] = static_cast<long>(deleteWindow);
+        XSendEvent(display, XtWindow(shell), False, NoEventMask, &close);
+        Pump();
+        ASSERT_EQ(c.shell(), shell);  // the window manager's close leaves it open
+        EXPECT_EQ(Click(shell, c.click), c.clicked);
+        EXPECT_EQ(c.shell(), nullptr);
     }
     EXPECT_TRUE(Sent().empty());  // none of them tells the client anything
 }
