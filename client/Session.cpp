@@ -148,9 +148,11 @@ std::optional<std::size_t> Session::Pump(SteadyClock::time_point until, const st
 }
 
 void Session::EndedEarly() {
-    const std::optional<int> status = process_.WaitForExit(SteadyClock::now() + options_.exitTimeout);
-    throw ClientError{"the program ended before the client closed the pipe" +
-                      (status ? " (exit status " + std::to_string(*status) + ")" : std::string())};
+    // Its output closes only as it exits: the status follows at once.
+    const std::optional<int> status = process_.WaitForExit(SteadyClock::now() + std::chrono::seconds(5));
+    throw ClientError{status ? "the program ended before the client closed the pipe (exit status " +
+                                   std::to_string(*status) + ")"
+                             : std::string("the program closed its output before the client closed the pipe")};
 }
 
 std::optional<Report> Session::WaitFor(const std::string& kind, std::optional<unsigned long long> id,
