@@ -99,12 +99,12 @@ TEST(EndToEnd, TheHarnessClicksWithRealPointerEvents) {
     XSelectInput(x, target, ButtonPressMask | StructureNotifyMask);
     XMapWindow(x, target);
     XEvent event;
-    do XNextEvent(x, &event);
+    do ASSERT_TRUE(program.NextEvent(event));
     while (event.type != MapNotify);
     ASSERT_EQ(program.WaitForTopLevelWindows("ClickTarget").size(), 1u);
     EXPECT_TRUE(program.IsMapped(target));
     program.ClickAt(target, 10, 20);
-    do XNextEvent(x, &event);
+    do ASSERT_TRUE(program.NextEvent(event));
     while (event.type != ButtonPress);
     EXPECT_EQ(event.xbutton.x, 10);
     EXPECT_EQ(event.xbutton.y, 20);
