@@ -68,7 +68,9 @@ std::string Ready() {
     return PrintfFrame(ready, static_cast<std::uint32_t>(ready.size()));
 }
 
-enum class Standard { Pipe, Closed, DevNull };
+// Standard output into a pipe the test reads; 0 and 1 closed; 0 and 1 on
+// /dev/null; or standard input from the file "input" of the directory.
+enum class Standard { Pipe, Closed, DevNull, Input };
 
 struct Ended {
     int status = -1;
@@ -87,7 +89,8 @@ Ended RunClient(const TempDir& dir, const std::vector<std::string>& arguments, S
     if (pid == 0) {
         const int err = open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         dup2(err, 2);
-        if (standard == Standard::Pipe) dup2(out[1], 1);
+        if (standard == Standard::Pipe || standard == Standard::Input) dup2(out[1], 1);
+        if (standard == Standard::Input) dup2(open(dir.Path("input").c_str(), O_RDONLY), 0);
         if (standard == Standard::Closed) {
             close(0);
             close(1);
@@ -170,6 +173,21 @@ TEST(ZamClient, WorksWithItsOwnStandardDescriptorsClosedOrOnDevNull) {
         EXPECT_EQ(ended.status, 0) << ended.errors;
         EXPECT_EQ(ended.errors, "");
     }
+}
+
+TEST(ZamClient, InteractiveCommandsBecomeDocumentsUntilTheEndOfInput) {
+    TempDir dir;
+    const std::string ui = dir.Write("ui", "#!/bin/sh\n" + Ready() + "exec cat 3>&1 >" + dir.Path("received") + "\n", true);
+    dir.Write("input", "action id=61 title=\"Hi there\"\nfly away\nquiet-start end=+1m\n");
+    const Ended ended = RunClient(dir, {"--ui", ui, "-i"}, Standard::Input);
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    EXPECT_NE(ended.output.find(">> ActionRequest id=61"), std::string::npos) << ended.output;
+    EXPECT_NE(ended.errors.find("unknown command \"fly\""), std::string::npos) << ended.errors;
+    std::ifstream in(dir.Path("received"));
+    std::stringstream received;
+    received << in.rdbuf();
+    EXPECT_NE(received.str().find("<Title>Hi there</Title>"), std::string::npos);
+    EXPECT_NE(received.str().find("<QuietModeStart>"), std::string::npos);
 }
 
 TEST(ZamClient, RefusesAFullBaseDirectoryAndABadScenarioBeforeStarting) {

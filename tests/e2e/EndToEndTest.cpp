@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "client/ClientDocuments.h"
+#include "client/OpenDialogRequest.h"
 #include "tests/e2e/LiveProgram.h"
 
 #include <X11/Xlib.h>
@@ -48,6 +49,8 @@ TEST(EndToEnd, InitialisationWritesTheFilesThenTheHiddenWindowAppearsUnmapped) {
     const std::vector<Window> hidden = program.WaitForTopLevelWindows(kHiddenWindow);
     ASSERT_EQ(hidden.size(), 1u);
     EXPECT_FALSE(program.IsMapped(hidden[0]));
+    std::string error;
+    EXPECT_EQ(SendOpenRequest(program.DisplayName(), std::chrono::seconds(10), error), 1) << error;
     EXPECT_EQ(FileText(program.Sandbox().Path("base/notes.txt")), "first line\n\x01\xff bytes");
     EXPECT_EQ(FileText(program.Sandbox().Path("base/_brand.xlat")), "Cancel\tStop\n");
     EXPECT_EQ(program.CloseAndWait(), 0);
