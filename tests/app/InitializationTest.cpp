@@ -222,7 +222,7 @@ void InChild(const char* locale, const std::function<void()>& body) {
             return ::testing::Test::HasFailure() ? 1 : 0;
         },
         std::chrono::seconds(10));
-    EXPECT_EQ(status, 0) << "the child failed (126: it threw)";
+    EXPECT_EQ(status, 0) << "the child failed";
 }
 
 TEST_F(ApplyInitializationInfoTest, LoadsTheFilesOfTheRealLocale) {
@@ -245,7 +245,7 @@ TEST_F(ApplyInitializationInfoTest, LoadsTheFilesOfTheRealLocale) {
         // The test command makes the locale and sets ZAM_REQUIRE_LOCALES: there
         // a missing locale is a fault, never a quiet pass.
         const char* required = std::getenv("ZAM_REQUIRE_LOCALES");
-        if (required != nullptr && std::string(required) != "0") {
+        if (required != nullptr && std::string(required) == "1") {
             FAIL() << "locale de_DE.UTF-8 missing: localedef -i de_DE -f UTF-8 de_DE.UTF-8";
         }
         GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";

@@ -96,16 +96,7 @@ bool ChildProcess::Exec(const std::string& program, const std::vector<std::strin
 }
 
 bool ChildProcess::Fork(const std::function<int()>& body) {
-    return Spawn(
-        [&] {
-            int status = 126;  // what an exception out of the body ends with
-            try {
-                status = body();
-            } catch (...) {
-            }
-            _exit(status);
-        },
-        {});
+    return Spawn([&] { _exit(body()); }, {});
 }
 
 bool ChildProcess::Write(const std::string& bytes) {

@@ -13,6 +13,7 @@ constexpr int kForkedCheckTimedOut = -1000;
 
 // Runs `body` in a forked child that ends with _exit(body()); returns its
 // exit status, minus the signal's number after a signal, or
-// kForkedCheckTimedOut. Failed expectations in the child print there; a body
-// that uses them ends with `::testing::Test::HasFailure() ? 1 : 0`.
+// kForkedCheckTimedOut (an exception out of the body aborts the child).
+// Failed expectations in the child print there; a body that uses them ends
+// with `::testing::Test::HasFailure() ? 1 : 0`.
 int RunInForkedChild(const std::function<int()>& body, std::chrono::milliseconds timeout);
