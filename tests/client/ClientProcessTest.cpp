@@ -21,32 +21,20 @@
 
 #include "protocol/Documents.h"
 #include "protocol/UIReports.h"
+#include "tests/support/Sandbox.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// Until the shared sandbox lands: a fresh mkdtemp directory, removed with the
-// standard library.
-class TempDir {
+// A sandbox that also writes the stand-in programs and scenarios.
+class TempDir : public Sandbox {
 public:
-    TempDir() {
-        std::string pattern = fs::temp_directory_path().string() + "/zam-client-test-XXXXXX";
-        if (mkdtemp(pattern.data()) != nullptr) root_ = pattern;
-    }
-    ~TempDir() {
-        std::error_code ignored;
-        if (!root_.empty()) fs::remove_all(root_, ignored);
-    }
-    std::string Path(const std::string& name) const { return root_ + "/" + name; }
     std::string Write(const std::string& name, const std::string& text, bool executable = false) const {
         std::ofstream(Path(name)) << text;
         if (executable) fs::permissions(Path(name), fs::perms::owner_all);
         return Path(name);
     }
-
-private:
-    std::string root_;
 };
 
 // printf text for the payload behind its 4-byte little-endian length.

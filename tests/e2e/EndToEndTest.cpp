@@ -51,8 +51,8 @@ TEST(EndToEnd, InitialisationWritesTheFilesThenTheHiddenWindowAppearsUnmapped) {
     EXPECT_FALSE(program.IsMapped(hidden[0]));
     std::string error;
     EXPECT_EQ(SendOpenRequest(program.DisplayName(), std::chrono::seconds(10), error), 1) << error;
-    EXPECT_EQ(FileText(program.Sandbox().Path("base/notes.txt")), "first line\n\x01\xff bytes");
-    EXPECT_EQ(FileText(program.Sandbox().Path("base/_brand.xlat")), "Cancel\tStop\n");
+    EXPECT_EQ(FileText(program.Files().Path("base/notes.txt")), "first line\n\x01\xff bytes");
+    EXPECT_EQ(FileText(program.Files().Path("base/_brand.xlat")), "Cancel\tStop\n");
     EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
@@ -118,7 +118,7 @@ TEST(EndToEnd, TheHarnessClicksWithRealPointerEvents) {
 TEST(EndToEnd, KillingTheClientEndsTheProgram) {
     ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
     LiveProgram program;
-    std::ofstream(program.Sandbox().Path("long.scenario")) << "at 60s close\n";
+    std::ofstream(program.Files().Path("long.scenario")) << "at 60s close\n";
     int out[2];
     ASSERT_EQ(pipe2(out, O_CLOEXEC), 0);
     const pid_t client = fork();
@@ -126,8 +126,8 @@ TEST(EndToEnd, KillingTheClientEndsTheProgram) {
         dup2(out[1], 1);
         const std::string display = "DISPLAY=" + program.DisplayName();
         char* envp[] = {const_cast<char*>(display.c_str()), const_cast<char*>("PATH=/usr/bin:/bin"), nullptr};
-        const std::string scenario = program.Sandbox().Path("long.scenario");
-        const std::string base = program.Sandbox().Path("base");
+        const std::string scenario = program.Files().Path("long.scenario");
+        const std::string base = program.Files().Path("base");
         const char* argv[] = {ZAM_CLIENT_BINARY, "--ui", ZAM_CLIENTUI_BINARY, "--base-directory", base.c_str(),
                               scenario.c_str(), nullptr};
         execve(ZAM_CLIENT_BINARY, const_cast<char**>(argv), envp);

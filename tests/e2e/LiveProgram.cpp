@@ -41,17 +41,6 @@ auto Checked(Call call) {
 
 }  // namespace
 
-E2ESandbox::E2ESandbox() {
-    std::string pattern = std::filesystem::temp_directory_path().string() + "/zam-e2e-XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    root_ = pattern;
-}
-
-E2ESandbox::~E2ESandbox() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-}
-
 LiveProgram::LiveProgram() {
     if (!xvfb_.Start()) ADD_FAILURE() << xvfb_.Failure();
 }

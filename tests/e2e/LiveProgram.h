@@ -16,7 +16,8 @@
 
 #include "client/Scenario.h"
 #include "client/Session.h"
-#include "tests/support/XvfbEnvironment.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/Xvfb.h"
 
 typedef struct _XDisplay Display;
 typedef unsigned long Window;
@@ -24,18 +25,6 @@ typedef union _XEvent XEvent;
 
 // How long any single wait may take before the test fails.
 constexpr std::chrono::seconds kCeiling{20};
-
-// A fresh mkdtemp directory, removed with the standard library at the end.
-class E2ESandbox {
-public:
-    E2ESandbox();
-    ~E2ESandbox();
-    const std::string& Root() const { return root_; }
-    std::string Path(const std::string& relative) const { return root_ + "/" + relative; }
-
-private:
-    std::string root_;
-};
 
 class LiveProgram {
 public:
@@ -51,7 +40,7 @@ public:
     // Plays the scenario's steps.
     void Play(const Scenario& scenario);
     Session& Client() { return *session_; }
-    const E2ESandbox& Sandbox() const { return sandbox_; }
+    const ::Sandbox& Files() const { return sandbox_; }
     const std::string& DisplayName() const { return xvfb_.DisplayName(); }
 
     // Sends one document of the given typed commands ("action id=1 ...").
@@ -77,7 +66,7 @@ public:
 
 private:
     XvfbServer xvfb_;
-    E2ESandbox sandbox_;
+    ::Sandbox sandbox_;
     std::unique_ptr<Session> session_;
     Display* display_ = nullptr;
 };
