@@ -12,6 +12,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libexpat1-dev libxml2-dev libpugixml-dev
   # an X server of our own for the display tests and the demo
   xvfb xauth x11-utils xfonts-base libxtst-dev
+  # the demo's screenshots: xwd, then xwdtopnm and pnmtopng
+  x11-apps netpbm
   # locales the text tests generate
   locales
 )

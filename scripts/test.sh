@@ -1,10 +1,17 @@
 #!/usr/bin/env bash
 # Runs every test: installs what is missing, then builds and tests the plain,
-# ASan+UBSan and TSan builds, builds the optimised program and benchmarks, and
+# ASan+UBSan and TSan builds, builds the optimised program and benchmarks,
+# drives the optimised program end to end through the sample client, and
 # runs each fuzz target for a short while. Any compiler warning fails the run.
 # Exits non-zero on the first failure and prints how long each stage took.
 #
+# No test runs as root. Run as root (as CI does), it installs the packages and
+# the locale, makes the X socket directory, then runs everything else as an
+# ordinary user: the checkout's owner, or else ZAM_TEST_USER (made when
+# missing), in a copy of the checkout in that user's home.
+#
 #   ZAM_FUZZ_SECONDS  seconds per fuzz target (default 30)
+#   ZAM_TEST_USER     the user root runs the builds as (default zamtest)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,6 +21,12 @@ jobs=$(nproc 2>/dev/null || echo 2)
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 export TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1:second_deadlock_stack=1}
+# A missing German locale fails the test that needs it instead of skipping it.
+export ZAM_REQUIRE_LOCALES=1
+# Temporary files of the run and its tools stay in the build tree. Each is
+# named zam-test-<pid>-XXXXXX, like the tests' sandboxes, so the sweep below
+# can tell a dead run's leftovers from a live one's.
+export TMPDIR=$PWD/build/tmp
 
 stage() {
   local name=$1; shift
@@ -23,10 +36,27 @@ stage() {
   echo "=== $name: $((SECONDS - start)) s"
 }
 
+scratch() { mktemp "$@" "$TMPDIR/zam-test-$$-XXXXXX"; }
+
+# Removes what runs that no longer exist left in TMPDIR (a killed run leaves
+# its sandboxes); a live run's are never touched.
+sweep_dead_runs() {
+  local leftover pid
+  for leftover in "$TMPDIR"/zam-test-*-??????; do
+    [ -e "$leftover" ] || [ -L "$leftover" ] || continue
+    pid=${leftover#"$TMPDIR"/zam-test-}
+    pid=${pid%-*}
+    case $pid in '' | *[!0-9]*) continue ;; esac
+    [ -d "/proc/$pid" ] && continue
+    if [ -d "$leftover" ] && [ ! -L "$leftover" ]; then chmod -R u+rwx -- "$leftover" 2>/dev/null || true; fi
+    rm -rf -- "$leftover"
+  done
+}
+
 # Builds a preset; a warning from the compiler fails the stage.
 build_checked() {
   local preset=$1 log
-  log=$(mktemp)
+  log=$(scratch)
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset" -j "$jobs" 2>&1 | tee "$log"
   if grep -q 'warning:' "$log"; then
@@ -49,7 +79,7 @@ run_fuzzers() {
   local found=0 target corpus
   for target in build/fuzz/fuzz/*Fuzz; do
     [ -x "$target" ] || continue
-    corpus=$(mktemp -d)
+    corpus=$(scratch -d)
     # Seeds from the tree; new finds stay in the temporary copy.
     if [ -d "fuzz/corpus/$(basename "$target")" ]; then
       cp -r "fuzz/corpus/$(basename "$target")/." "$corpus/"
@@ -65,20 +95,104 @@ run_fuzzers() {
   return $found
 }
 
-# The initialisation tests load translations under a real German locale; as
-# root they fail when it is missing, so make it here when it is not there yet.
+# The initialisation tests load translations under a real German locale.
 generate_locales() {
-  if [ "$(id -u)" -eq 0 ] && ! locale -a 2>/dev/null | grep -ix 'de_DE\.utf-\?8' >/dev/null; then
+  if ! locale -a 2>/dev/null | grep -ix 'de_DE\.utf-\?8' >/dev/null; then
     localedef -i de_DE -f UTF-8 de_DE.UTF-8
   fi
 }
 
+# Non-blank lines of .cpp/.h files below the given directories.
+code_lines() {
+  find "$@" \( -name build -o -name .git \) -prune -o -type f \( -name '*.cpp' -o -name '*.h' \) -print0 |
+    xargs -0 cat | grep -cv '^[[:space:]]*$'
+}
+
+report_test_share() {
+  local tests program
+  tests=$(code_lines tests fuzz)
+  program=$(code_lines base pipe protocol text actions app ui bench)
+  awk -v t="$tests" -v p="$program" \
+    'BEGIN { printf "=== tests and fuzz targets: %d of %d non-blank lines of code (%.1f %%)\n", t, t + p, 100 * t / (t + p) }'
+}
+
+# ---- as root: the system's part, then everything else as an ordinary user
+
+# Runs a command as `user` with that user's home; the environment of the run
+# (ZAM_*, sanitizer options) goes along.
+as_user() {
+  local user=$1; shift
+  setpriv --reuid="$(id -u "$user")" --regid="$(id -g "$user")" --init-groups -- \
+    env HOME="$(getent passwd "$user" | cut -d: -f6)" USER="$user" LOGNAME="$user" "$@"
+}
+
+# The user to build as and a tree that user owns: the checkout itself when its
+# owner is not root, else a copy in the home of ZAM_TEST_USER (made when
+# missing). Root cannot hand over its own clone: a clone under /root is not
+# readable by anyone else, and CMake cannot write into a root-owned tree.
+choose_user() {
+  user=$(stat -c %U .)
+  tree=$PWD
+  if [ "$user" = root ]; then
+    user=${ZAM_TEST_USER:-zamtest}
+    id "$user" >/dev/null 2>&1 || useradd --create-home --user-group --shell /usr/sbin/nologin "$user"
+    tree=$(getent passwd "$user" | cut -d: -f6)/zam-checkout
+  fi
+}
+
+# The copy is refreshed by the user (who can delete nothing of the system's);
+# its build directory stays for the next run.
+copy_checkout() {
+  as_user "$user" mkdir -p "$tree"
+  as_user "$user" find "$tree" -mindepth 1 -maxdepth 1 ! -name build -exec rm -rf -- {} +
+  tar -C . --exclude=./build -cf - . | as_user "$user" tar -C "$tree" -xf -
+}
+
+# Xvfb, started by an ordinary user, cannot make its socket directory itself.
+made_x11_dir=
+prepare_x_sockets() {
+  if [ ! -d /tmp/.X11-unix ]; then
+    mkdir -m 1777 /tmp/.X11-unix
+    made_x11_dir=1
+  fi
+}
+
+remove_x_sockets() {
+  if [ -n "$made_x11_dir" ]; then rmdir /tmp/.X11-unix 2>/dev/null || true; fi
+}
+
 total=$SECONDS
-stage "install dependencies" bash scripts/install-deps.sh
-stage "generate locales" generate_locales
+if [ "$(id -u)" -eq 0 ]; then
+  [ -z "${ZAM_TEST_AS_USER:-}" ] || { echo "test.sh: the tests never run as root" >&2; exit 1; }
+  choose_user
+  # Root makes nothing in a tree that belongs to the user.
+  if [ "$tree" = "$PWD" ]; then as_user "$user" mkdir -p "$TMPDIR"; else mkdir -p "$TMPDIR"; fi
+  sweep_dead_runs
+  stage "install dependencies" bash scripts/install-deps.sh
+  stage "generate locales" generate_locales
+  prepare_x_sockets
+  trap remove_x_sockets EXIT
+  if [ "$tree" != "$PWD" ]; then stage "copy the checkout for $user" copy_checkout; fi
+  echo "=== building and testing as $user in $tree"
+  status=0
+  as_user "$user" env ZAM_TEST_AS_USER=1 bash "$tree/scripts/test.sh" </dev/null || status=$?
+  echo "=== all stages: $((SECONDS - total)) s"
+  exit $status
+fi
+
+mkdir -p "$TMPDIR"
+sweep_dead_runs
+if [ -z "${ZAM_TEST_AS_USER:-}" ]; then
+  stage "install dependencies" bash scripts/install-deps.sh
+  if ! locale -a 2>/dev/null | grep -ix 'de_DE\.utf-\?8' >/dev/null; then
+    echo "the locale de_DE.UTF-8 is missing (as root: localedef -i de_DE -f UTF-8 de_DE.UTF-8); its test will fail"
+  fi
+fi
 stage "plain build and tests" build_and_test dev
 stage "ASan+UBSan build and tests" build_and_test asan
 stage "TSan build and tests" build_and_test tsan
 stage "optimised build with benchmarks" build_checked release
+stage "end-to-end tests on the optimised program" bash scripts/test-e2e.sh
 stage "fuzzing" run_fuzzers
+report_test_share
 echo "=== all stages: $((SECONDS - total)) s"

@@ -1,17 +1,15 @@
 // The real ZAMClientUI binary after its initialisation, on a private Xvfb that
 // the test kills at the end.
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
 
-#include "tests/support/XvfbEnvironment.h"
-#include "tests/ui/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/Xvfb.h"
 
 #include <X11/Xlib.h>
 
@@ -47,17 +45,14 @@ NamedWindows FindHiddenWindows(Display* display) {
 }
 
 TEST(ClientUIOnXvfb, OneUnmappedHiddenWindowThenLosingTheDisplayEndsWith0) {
-    char pattern[] = "/tmp/zam-ui-process-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    const std::string directory = pattern;
-    const std::string base = directory + "/base";
+    const Sandbox sandbox;
     XvfbServer server;
     ASSERT_TRUE(server.Start()) << server.Failure();
     ChildProcess program;
     ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY,
                              {"DISPLAY=" + server.DisplayName(), "PATH=/usr/bin:/bin", "LANG=C", "HOME=/nonexistent"}));
     ASSERT_TRUE(program.ReadFrame(std::chrono::seconds(10)));  // ReadyForData
-    ASSERT_TRUE(program.WriteFrame(InitializationDocument(base)));
+    ASSERT_TRUE(program.WriteFrame(InitializationDocument(sandbox.Path("base"))));
     Display* observer = XOpenDisplay(server.DisplayName().c_str());
     ASSERT_NE(observer, nullptr);
 
@@ -79,8 +74,6 @@ TEST(ClientUIOnXvfb, OneUnmappedHiddenWindowThenLosingTheDisplayEndsWith0) {
     XCloseDisplay(observer);
     server.Stop();
     EXPECT_EQ(program.WaitForExit(std::chrono::seconds(20)), 0);
-    rmdir(base.c_str());
-    rmdir(directory.c_str());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The X side in this process, on the test program's own Xvfb.
 
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -9,8 +10,9 @@
 
 #include "app/ClientLink.h"
 #include "app/Exit.h"
-#include "tests/support/XvfbEnvironment.h"
-#include "tests/ui/ChildProcess.h"
+#include "tests/support/ForkedCheck.h"
+#include "tests/support/ProgramSettings.h"
+#include "tests/support/Xvfb.h"
 #include "ui/DefaultFontSet.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/FontOwners.h"
@@ -62,6 +64,7 @@ protected:
     void TearDown() override {
         DestroyApplicationContext();
         SetExitFunctionForTesting(nullptr);
+        ResetProgramSettings();
     }
 
     Widget SizedShell() {
@@ -201,18 +204,19 @@ TEST_F(XApp, CentresAndScrollsWidgets) {
 
 // A protocol error ends the process with -1 through the program's handler.
 TEST_F(XApp, AnXProtocolErrorEndsTheProcessWith255) {
-    ChildProcess child;
-    ASSERT_TRUE(child.Fork([] {
-        SetExitFunctionForTesting(nullptr);  // the real ending, on our own connection
-        app_context = nullptr;
-        Display* own = XOpenDisplay(nullptr);
-        if (own == nullptr) return 2;
-        XSetErrorHandler(X_ErrorHandler);
-        XMapWindow(own, static_cast<Window>(0x7fffffff));
-        XSync(own, False);
-        return 3;  // the handler never returns
-    }));
-    EXPECT_EQ(child.WaitForExit(std::chrono::seconds(30)), 255);
+    const int status = RunInForkedChild(
+        [] {
+            SetExitFunctionForTesting(nullptr);  // the real ending, on our own connection
+            app_context = nullptr;
+            Display* own = XOpenDisplay(nullptr);
+            if (own == nullptr) return 2;
+            XSetErrorHandler(X_ErrorHandler);
+            XMapWindow(own, static_cast<Window>(0x7fffffff));
+            XSync(own, False);
+            return 3;  // the handler never returns
+        },
+        std::chrono::seconds(30));
+    EXPECT_EQ(status, 255);
 }
 
 }  // namespace

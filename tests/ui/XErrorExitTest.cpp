@@ -16,8 +16,9 @@
 
 #include "app/ClientLink.h"
 #include "app/Settings.h"
-#include "tests/support/XvfbEnvironment.h"
-#include "tests/ui/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/Xvfb.h"
 #include "ui/XApplication.h"
 #include "ui/XDialogCalls.h"
 #include "ui/XGlobals.h"
@@ -33,10 +34,8 @@ constexpr std::chrono::seconds kBound(20);
 // The real program with `options` after its name, started and initialised as
 // the client does it; its exit status, nothing if it still runs after kBound.
 std::optional<int> ProgramStatus(const std::vector<std::string>& options) {
-    const char* tmp = getenv("TMPDIR");
-    std::string pattern = std::string(tmp != nullptr && tmp[0] == '/' ? tmp : "/tmp") + "/zam-xerror-XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) return std::nullopt;
-    const std::string base = pattern + "/base";
+    const Sandbox sandbox;
+    const std::string base = sandbox.Path("base");
     ChildProcess program;
     const bool started = program.Fork([&] {
         std::vector<char*> argv{const_cast<char*>(ZAM_CLIENTUI_BINARY)};
@@ -52,8 +51,6 @@ std::optional<int> ProgramStatus(const std::vector<std::string>& options) {
     if (started && program.ReadFrame(kBound) && program.WriteFrame(InitializationDocument(base))) {
         status = program.WaitForExit(kBound);
     }
-    rmdir(base.c_str());
-    rmdir(pattern.c_str());
     return status;
 }
 

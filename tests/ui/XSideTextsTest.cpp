@@ -6,6 +6,7 @@
 
 #include "app/Settings.h"
 #include "base/unicode/Local8Bit.h"
+#include "tests/support/ProgramSettings.h"
 #include "text/FormatFile.h"
 #include "ui/ControlLiteral.h"
 #include "ui/ErrorTexts.h"
@@ -23,15 +24,11 @@ void LoadTranslations() {
 // Drops every translation and restores the settings when the test ends.
 class WithTranslations : public ::testing::Test {
 protected:
-    void SetUp() override { LoadTranslations(); }
-    void TearDown() override {
-        m_formatOverrides.clear();
-        m_formatFiles.clear();
-        international = saved_;
-        std::setlocale(LC_CTYPE, "C");
+    void SetUp() override {
+        ResetProgramSettings();
+        LoadTranslations();
     }
-
-    const bool saved_ = international;
+    void TearDown() override { ResetProgramSettings(); }
 };
 
 TEST_F(WithTranslations, AnUntranslatedLocaleDropsTheTranslations) {

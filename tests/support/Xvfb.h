@@ -4,11 +4,11 @@
 // inherit: each run starts its own Xvfb and learns its number from the server
 // itself (-displayfd), so no display number is ever guessed.
 
-#include <sys/types.h>
-
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/ChildProcess.h"
 
 // One Xvfb process, owned by the process that started it (a forked child that
 // inherits the object never stops the server).
@@ -29,8 +29,7 @@ public:
     const std::string& Failure() const { return failure_; }
 
 private:
-    pid_t pid_ = -1;
-    pid_t owner_ = -1;
+    ChildProcess server_;
     std::string display_;
     std::string failure_;
 };
@@ -39,15 +38,5 @@ private:
 // DISPLAY is cleared first, so a server that fails to start leaves the tests
 // without a display rather than on the user's. Listing the tests never runs
 // an environment, so it never starts a server.
-class XvfbEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override;
-    void TearDown() override;
-
-private:
-    XvfbServer server_;
-};
-
-// Registers the environment; use in one test file of a program:
 //   static ::testing::Environment* const xvfb = AddXvfbEnvironment();
 ::testing::Environment* AddXvfbEnvironment();

@@ -1,0 +1,201 @@
+// zam-client as a process, against stand-in programs written as shell
+// scripts: what it says and how it ends when the program misbehaves, and that
+// it works with its own standard descriptors closed.
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "protocol/Documents.h"
+#include "protocol/UIReports.h"
+#include "tests/support/Sandbox.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A sandbox that also writes the stand-in programs and scenarios.
+class TempDir : public Sandbox {
+public:
+    std::string Write(const std::string& name, const std::string& text, bool executable = false) const {
+        std::ofstream(Path(name)) << text;
+        if (executable) fs::permissions(Path(name), fs::perms::owner_all);
+        return Path(name);
+    }
+};
+
+// printf text for the payload behind its 4-byte little-endian length.
+std::string PrintfFrame(const std::string& payload, std::uint32_t length) {
+    std::string bytes;
+    for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<char>((length >> shift) & 0xFF));
+    bytes += payload;
+    std::string text;
+    char octal[8];
+    for (const unsigned char c : bytes) {
+        std::snprintf(octal, sizeof octal, "\\%03o", c);
+        text += octal;
+    }
+    return "printf '" + text + "'\n";
+}
+
+std::string Ready() {
+    const std::string ready = ConvertToXML(ReadyForData{}).Str();
+    return PrintfFrame(ready, static_cast<std::uint32_t>(ready.size()));
+}
+
+// Standard output into a pipe the test reads; 0 and 1 closed; 0 and 1 on
+// /dev/null; or standard input from the file "input" of the directory.
+enum class Standard { Pipe, Closed, DevNull, Input };
+
+struct Ended {
+    int status = -1;
+    std::string output;
+    std::string errors;
+    std::chrono::milliseconds took{0};
+};
+
+// Runs zam-client to its end (killed after 30 s), stderr into a file.
+Ended RunClient(const TempDir& dir, const std::vector<std::string>& arguments, Standard standard = Standard::Pipe) {
+    int out[2];
+    EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
+    const std::string errors = dir.Path("stderr");
+    const auto start = std::chrono::steady_clock::now();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int err = open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        dup2(err, 2);
+        if (standard == Standard::Pipe || standard == Standard::Input) dup2(out[1], 1);
+        if (standard == Standard::Input) dup2(open(dir.Path("input").c_str(), O_RDONLY), 0);
+        if (standard == Standard::Closed) {
+            close(0);
+            close(1);
+        }
+        if (standard == Standard::DevNull) {
+            dup2(open("/dev/null", O_RDWR), 0);
+            dup2(0, 1);
+        }
+        std::vector<char*> argv{const_cast<char*>(ZAM_CLIENT_BINARY)};
+        for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        execv(ZAM_CLIENT_BINARY, argv.data());
+        _exit(127);
+    }
+    close(out[1]);
+    Ended ended;
+    // The client's end is an event: its pid descriptor becomes readable.
+    const int exited = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+    pollfd fds[2] = {{out[0], POLLIN, 0}, {exited, POLLIN, 0}};
+    const auto until = start + std::chrono::seconds(30);
+    while (poll(fds, 2, 100) >= 0 && std::chrono::steady_clock::now() < until) {
+        char chunk[4096];
+        const ssize_t got = (fds[0].revents & (POLLIN | POLLHUP)) != 0 ? read(out[0], chunk, sizeof chunk) : -1;
+        if (got > 0) ended.output.append(chunk, static_cast<std::size_t>(got));
+        if (got == 0) fds[0].fd = -1;
+        if ((fds[1].revents & POLLIN) != 0 && fds[0].fd < 0) break;
+    }
+    kill(pid, SIGKILL);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    ended.took = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    close(out[0]);
+    close(exited);
+    std::ifstream in(errors);
+    std::stringstream text;
+    text << in.rdbuf();
+    ended.errors = text.str();
+    return ended;
+}
+
+struct Misbehaviour {
+    const char* name;
+    std::string script;
+    const char* message;
+};
+
+TEST(ZamClient, EndsWithAClearMessageWhenTheProgramMisbehaves) {
+    const std::string garbage = "certainly not a document";
+    const Misbehaviour cases[] = {
+        {"no readiness", "exec sleep 30\n", "sent no ReadyForData within 1 s"},
+        {"oversized frame", Ready() + PrintfFrame("", 2097153) + "exec sleep 30\n", "malformed frame"},
+        {"unreadable document", Ready() + PrintfFrame(garbage, garbage.size()) + "exec sleep 30\n",
+         "cannot be read"},
+        {"ends early", Ready() + "head -c 1 >/dev/null\nexit 3\n", "ended before the client closed the pipe (exit status 3)"},
+        {"cut frame", Ready() + PrintfFrame("<a>", 10) + "head -c 1 >/dev/null\n", "ended inside a frame"},
+        {"not even started", "", "cannot run"},
+    };
+    for (const Misbehaviour& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempDir dir;
+        const std::string ui = c.script.empty() ? dir.Path("missing") : dir.Write("ui", "#!/bin/sh\n" + c.script, true);
+        const std::string scenario = dir.Write("s.scenario", "at 5s close\n");
+        const Ended ended = RunClient(dir, {"--ui", ui, "--ready-timeout", "1", "--base-directory", dir.Path("base"),
+                                            scenario});
+        EXPECT_EQ(ended.status, 1);
+        EXPECT_NE(ended.errors.find(c.message), std::string::npos) << ended.errors;
+        EXPECT_LT(ended.took, std::chrono::seconds(10));
+        EXPECT_FALSE(fs::exists(dir.Path("base"))) << "a base directory it made stays behind";
+    }
+}
+
+TEST(ZamClient, WorksWithItsOwnStandardDescriptorsClosedOrOnDevNull) {
+    for (const Standard standard : {Standard::Closed, Standard::DevNull}) {
+        TempDir dir;
+        // Exits 0 once the client closes the pipe, as the program does.
+        const std::string ui = dir.Write("ui", "#!/bin/sh\n" + Ready() + "exec cat 3>&1 >/dev/null\n", true);
+        const std::string scenario = dir.Write("s.scenario", "at 0s action id=1 title=x\nat 100ms close\n");
+        const Ended ended = RunClient(dir, {"--ui", ui, scenario}, standard);
+        EXPECT_EQ(ended.status, 0) << ended.errors;
+        EXPECT_EQ(ended.errors, "");
+    }
+}
+
+TEST(ZamClient, InteractiveCommandsBecomeDocumentsUntilTheEndOfInput) {
+    TempDir dir;
+    const std::string ui = dir.Write("ui", "#!/bin/sh\n" + Ready() + "exec cat 3>&1 >" + dir.Path("received") + "\n", true);
+    dir.Write("input", "action id=61 title=\"Hi there\"\nfly away\nquiet-start end=+1m\n");
+    const Ended ended = RunClient(dir, {"--ui", ui, "-i"}, Standard::Input);
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    EXPECT_NE(ended.output.find(">> ActionRequest id=61"), std::string::npos) << ended.output;
+    EXPECT_NE(ended.errors.find("unknown command \"fly\""), std::string::npos) << ended.errors;
+    std::ifstream in(dir.Path("received"));
+    std::stringstream received;
+    received << in.rdbuf();
+    EXPECT_NE(received.str().find("<Title>Hi there</Title>"), std::string::npos);
+    EXPECT_NE(received.str().find("<QuietModeStart>"), std::string::npos);
+}
+
+TEST(ZamClient, RefusesAFullBaseDirectoryAndABadScenarioBeforeStarting) {
+    TempDir dir;
+    // Leaves a trace if anything starts it.
+    const std::string ui = dir.Write("ui", "#!/bin/sh\ntouch " + dir.Path("started") + "\n", true);
+    fs::create_directory(dir.Path("full"));
+    const std::string kept = dir.Write("full/keep.txt", "");
+    const std::string good = dir.Write("good.scenario", "at 0s close\n");
+    Ended ended = RunClient(dir, {"--ui", ui, "--base-directory", dir.Path("full"), good});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find("refusing " + dir.Path("full") + ": it is not empty"), std::string::npos)
+        << ended.errors;
+    EXPECT_TRUE(fs::exists(kept));
+
+    const std::string bad = dir.Write("bad.scenario", "# first\nat 1s action id=x\n");
+    ended = RunClient(dir, {"--ui", ui, bad});
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_NE(ended.errors.find(bad + ":2: \"x\" is not an ID"), std::string::npos) << ended.errors;
+    EXPECT_FALSE(fs::exists(dir.Path("started")));
+}
+
+}  // namespace

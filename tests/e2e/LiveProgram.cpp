@@ -1,0 +1,146 @@
+#include "tests/e2e/LiveProgram.h"
+
+#include <poll.h>
+#include <stdlib.h>
+
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+// X headers last: they define None, True, False and friends as macros.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+
+namespace {
+
+// Waits for the next X event on `display` until `until`; false on time-out.
+bool WaitForXEvent(Display* display, std::chrono::steady_clock::time_point until) {
+    while (XPending(display) == 0) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(until - std::chrono::steady_clock::now()).count();
+        if (left <= 0) return false;
+        pollfd connection{ConnectionNumber(display), POLLIN, 0};
+        poll(&connection, 1, static_cast<int>(left));
+    }
+    return true;
+}
+
+// The client's failures become test failures with their message.
+template <class Call>
+auto Checked(Call call) {
+    try {
+        return call();
+    } catch (const ClientError& error) {
+        throw std::runtime_error("zam-client: " + error.message);
+    }
+}
+
+}  // namespace
+
+LiveProgram::LiveProgram() {
+    if (!xvfb_.Start()) ADD_FAILURE() << xvfb_.Failure();
+}
+
+LiveProgram::~LiveProgram() {
+    session_.reset();
+    if (display_ != nullptr) XCloseDisplay(display_);
+    xvfb_.Stop();
+}
+
+void LiveProgram::Start(const Scenario& scenario) {
+    SessionOptions options;
+    options.program = ZAM_CLIENTUI_BINARY;
+    // An explicit environment: nothing of the test's own reaches the program.
+    options.environment = {"DISPLAY=" + xvfb_.DisplayName(), "PATH=/usr/bin:/bin", "LANG=C",
+                           "HOME=" + sandbox_.Root()};
+    options.baseDirectory = sandbox_.Path("base");
+    options.readyTimeout = kCeiling;
+    options.exitTimeout = kCeiling;
+    session_ = std::make_unique<Session>(options, std::cout);
+    Checked([&] { session_->Start(scenario); });
+}
+
+void LiveProgram::Play(const Scenario& scenario) {
+    Checked([&] { session_->Play(scenario); });
+}
+
+void LiveProgram::Send(const std::vector<std::string>& commands) {
+    std::vector<Command> records;
+    for (const std::string& command : commands) records.push_back(ParseCommand(command));
+    Checked([&] { session_->SendRecords(records); });
+}
+
+std::optional<Report> LiveProgram::WaitFor(const std::string& kind, std::optional<unsigned long long> id) {
+    return Checked([&] { return session_->WaitFor(kind, id, SteadyClock::now() + kCeiling); });
+}
+
+std::vector<Report> LiveProgram::ThreeTicks() {
+    return Checked([&] { return session_->Collect(SteadyClock::now() + std::chrono::seconds(3)); });
+}
+
+int LiveProgram::CloseAndWait() {
+    return Checked([&] { return session_->Finish(); });
+}
+
+Display* LiveProgram::X() {
+    if (display_ == nullptr) display_ = XOpenDisplay(xvfb_.DisplayName().c_str());
+    return display_;
+}
+
+std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
+    std::vector<Window> found;
+    Window root = 0, parent = 0;
+    Window* children = nullptr;
+    unsigned int count = 0;
+    if (XQueryTree(X(), DefaultRootWindow(X()), &root, &parent, &children, &count) == 0) return found;
+    for (unsigned int i = 0; i < count; ++i) {
+        char* name = nullptr;
+        if (XFetchName(X(), children[i], &name) != 0 && name != nullptr) {
+            if (title == name) found.push_back(children[i]);
+            XFree(name);
+        }
+    }
+    if (children != nullptr) XFree(children);
+    return found;
+}
+
+std::vector<Window> LiveProgram::WaitForTopLevelWindows(const std::string& title) {
+    // New windows announce themselves on the root and their names as property
+    // changes; selected before the first look so nothing slips in between.
+    XSelectInput(X(), DefaultRootWindow(X()), SubstructureNotifyMask);
+    XSync(X(), False);
+    const auto until = std::chrono::steady_clock::now() + kCeiling;
+    std::vector<Window> found = TopLevelWindows(title);
+    while (found.empty() && WaitForXEvent(X(), until)) {
+        XEvent event;
+        XNextEvent(X(), &event);
+        if (event.type == CreateNotify) XSelectInput(X(), event.xcreatewindow.window, PropertyChangeMask);
+        found = TopLevelWindows(title);
+    }
+    return found;
+}
+
+bool LiveProgram::IsMapped(Window window) {
+    XWindowAttributes attributes{};
+    return XGetWindowAttributes(X(), window, &attributes) != 0 && attributes.map_state != IsUnmapped;
+}
+
+bool LiveProgram::NextEvent(XEvent& event) {
+    if (!WaitForXEvent(X(), std::chrono::steady_clock::now() + kCeiling)) return false;
+    XNextEvent(X(), &event);
+    return true;
+}
+
+void LiveProgram::ClickAt(Window window, int x, int y) {
+    int rootX = 0, rootY = 0;
+    Window child = 0;
+    XTranslateCoordinates(X(), window, DefaultRootWindow(X()), x, y, &rootX, &rootY, &child);
+    XTestFakeMotionEvent(X(), DefaultScreen(X()), rootX, rootY, 0);
+    XTestFakeButtonEvent(X(), 1, True, 0);
+    XTestFakeButtonEvent(X(), 1, False, 0);
+    XSync(X(), False);
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+// The end-to-end harness: the real, optimised ZAMClientUI on a private Xvfb,
+// driven through the sample client's own code over real pipes, and watched
+// through the X server like a user would see it.
+//
+// Every wait is on a frame or an X event, under a generous ceiling; a test
+// that nothing is sent watches a fixed window of three of the program's
+// one-second ticks. No test asserts how long anything took.
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/Scenario.h"
+#include "client/Session.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/Xvfb.h"
+
+typedef struct _XDisplay Display;
+typedef unsigned long Window;
+typedef union _XEvent XEvent;
+
+// How long any single wait may take before the test fails.
+constexpr std::chrono::seconds kCeiling{20};
+
+class LiveProgram {
+public:
+    // Starts the Xvfb; the test fails if it cannot.
+    LiveProgram();
+    ~LiveProgram();
+
+    // Starts the program, waits for ReadyForData and sends the scenario's
+    // initialisation, with the base directory inside the sandbox. Like every
+    // call below, a failure of the client's becomes an exception with its
+    // message, which fails the test.
+    void Start(const Scenario& scenario = Scenario());
+    // Plays the scenario's steps.
+    void Play(const Scenario& scenario);
+    Session& Client() { return *session_; }
+    const ::Sandbox& Files() const { return sandbox_; }
+    const std::string& DisplayName() const { return xvfb_.DisplayName(); }
+
+    // Sends one document of the given typed commands ("action id=1 ...").
+    void Send(const std::vector<std::string>& commands);
+    // The next report of `kind` (and `id`), or nothing within the ceiling.
+    std::optional<Report> WaitFor(const std::string& kind, std::optional<unsigned long long> id = std::nullopt);
+    // Everything reported during the next three ticks.
+    std::vector<Report> ThreeTicks();
+    // Closes the pipe; the program's exit status.
+    int CloseAndWait();
+
+    // The X side, on a connection of the test's own.
+    Display* X();
+    // Top-level windows whose name is `title`, as they are now.
+    std::vector<Window> TopLevelWindows(const std::string& title);
+    // Waits, on X events, until at least one such window exists.
+    std::vector<Window> WaitForTopLevelWindows(const std::string& title);
+    bool IsMapped(Window window);
+    // The next X event of the test's connection; false if none came within the ceiling.
+    bool NextEvent(XEvent& event);
+    // A real pointer click (button 1) at (x, y) inside `window`, through XTest.
+    void ClickAt(Window window, int x, int y);
+
+private:
+    XvfbServer xvfb_;
+    ::Sandbox sandbox_;
+    std::unique_ptr<Session> session_;
+    Display* display_ = nullptr;
+};
