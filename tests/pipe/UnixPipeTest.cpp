@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -41,6 +42,21 @@ struct Channel {
 
 // One write: a blocking pipe takes it whole.
 void WriteAll(int fd, const std::string& bytes) { UnixPlatform::RetryingWrite(fd, bytes.data(), bytes.size()); }
+
+// For more than a pipe buffer holds: gives up when the reader has taken
+// nothing for ten seconds (a reader that died holds its end open), so a
+// rejected frame fails the test instead of blocking the writer for good.
+bool WriteWithin(int fd, const std::string& bytes) {
+    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK);
+    for (std::size_t at = 0; at < bytes.size();) {
+        pollfd ready{fd, POLLOUT, 0};
+        if (poll(&ready, 1, 10000) != 1) return false;
+        const ssize_t put = write(fd, bytes.data() + at, bytes.size() - at);
+        if (put < 0 && errno != EAGAIN && errno != EINTR) return false;
+        if (put > 0) at += static_cast<std::size_t>(put);
+    }
+    return true;
+}
 
 // Exactly `size` bytes; false at end of file or after ten silent seconds.
 bool ReadExactly(int fd, std::size_t size, std::string& out) {
@@ -121,13 +137,15 @@ TEST(UnixPipeReading, DribbledEmptyAndLargestFramesArrive) {
     PipeHarness h;
     ASSERT_TRUE(h.Start());
     const std::string doc = "<ClientToUI><ReadyForData/></ClientToUI>";
+    bool largestTaken = false;
     std::thread writer([&] {
         WriteAll(h.toUI.write.Get(), Frame(""));
         for (char byte : Frame(doc)) WriteAll(h.toUI.write.Get(), std::string(1, byte));
-        WriteAll(h.toUI.write.Get(), Frame(std::string(kMaxFramePayload, 'p')));
+        largestTaken = WriteWithin(h.toUI.write.Get(), Frame(std::string(kMaxFramePayload, 'p')));
     });
     const std::vector<std::string> got = h.Incoming(3);
     writer.join();
+    EXPECT_TRUE(largestTaken);
     ASSERT_EQ(got.size(), 3u);
     EXPECT_EQ(got[0], "");
     EXPECT_EQ(got[1], doc);
