@@ -63,7 +63,6 @@ TEST(UTF8, ScalarsRoundTripThroughWide) {
     }
 }
 
-using namespace std::string_view_literals;
 using namespace UnixPlatform;
 
 // Pins LC_CTYPE for one test and puts the previous locale back afterwards.
