@@ -111,8 +111,10 @@ TEST(FiFoQueue, EmptyThrowsAndSpliceKeepsOrder) {
     b.Append(2);
     a.Splice(b);
     b.Append(3);  // b's tail must not point into a any more
+    a.Append(5);  // a's tail is now b's last element
     EXPECT_EQ(a.TakeFront(), 1);
     EXPECT_EQ(a.TakeFront(), 2);
+    EXPECT_EQ(a.TakeFront(), 5);
     EXPECT_THROW(a.TakeFront(), FiFoQueueIsEmpty);
     a.Append(4);  // the tail went with the last element
     EXPECT_EQ(a.Front(), 4);
