@@ -79,11 +79,4 @@ TEST(XMLWriter, IndentsBeyondForty) {
     EXPECT_EQ(text.substr(text.size() - 5), "\n</e>");
 }
 
-TEST(UStringBuilder, StartingAgainForgetsTheLastText) {
-    UStringBuilder builder;
-    XMLWriter writer(builder, XMLWriter::XMLFormatStyle());
-    Play(writer, "?1|<first|.|?1|.");
-    EXPECT_EQ(builder.Text(), UStringRef<UTF8>("<?xml version=\"1.0\"?>"));
-}
-
 }  // namespace
