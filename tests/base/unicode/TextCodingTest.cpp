@@ -161,7 +161,7 @@ const Base64Case kDecode[] = {
     {"Zh==", "f"},  // leftover bits before the padding are ignored
     {"Zm9v!mFy", nullptr}, {"Zm9v-mFy", nullptr}, {"Zm9v\fYmFy", nullptr},
     {"Zm9", nullptr}, {"Zg=", nullptr}, {"Zg===", nullptr}, {"Z===", nullptr}, {"====", nullptr},
-    {"Zm8=Zm8=", nullptr}, {"Zg==x", nullptr}, {"Zg=x", nullptr},
+    {"Zm8=Zm8=", nullptr}, {"Zg==x", nullptr}, {"Zg=x", nullptr}, {"Z", nullptr},
 };
 
 TEST(Base64, DecodeTable) {
