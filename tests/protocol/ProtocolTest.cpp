@@ -173,6 +173,7 @@ TEST(FieldDecoding, BooleansAreLenientOnPurpose) {
 TEST(FieldDecoding, NumeralsNamesAndTimesThrowTheirErrors) {
     EXPECT_THROW(Decode<ActionRequest>("<ID> 12</ID>"), NotANumeral);
     EXPECT_THROW(Decode<InitialUISettings>("<TrayMode>4294967296</TrayMode>"), NumeralTooLarge);  // 32 bits
+    EXPECT_EQ(Decode<InitialUISettings>("<TrayMode>4294967295</TrayMode>").trayMode, 4294967295ul);
     EXPECT_THROW(Decode<FileTransfer>("<FileName>a/b</FileName>"), IllegalFileName);
     EXPECT_THROW(Decode<ActionRequest>("<Deadline></Deadline>"), ParsingFailure);  // present but empty
     EXPECT_THROW(Decode<MessageRequest>("<Timeout></Timeout>"), ExceptionPL);

@@ -32,6 +32,7 @@ TEST(FormattedDeadline, RoundsAtEachBoundary) {
         {kSecond, true, false, "1 second"},
         {kMinute - 1, true, false, "59 seconds"},
         {kMinute, true, false, "1 minute, 0 seconds"},
+        {kMinute + kSecond, true, false, "1 minute, 1 second"},
         {2 * kMinute + kSecond, true, false, "2 minutes, 1 second"},
         {5 * kMinute, true, false, "5 minutes, 0 seconds"},
         // Minutes are truncated and always plural.
