@@ -462,8 +462,8 @@ TEST_F(Dispatch, OnlyTheFourBytesOpenOpenTheDialog) {
 
 TEST_F(Dispatch, SendErrorToClientQueuesTwoCopiesAndWaitsForTheWriter) {
     Strings taken;
-    std::thread writer([&taken] {  // stands in for the pipe's writer thread
-        while (taken.size() < 2) {
+    std::thread writer([&taken] {  // stands in for the pipe's writer thread, for ten seconds at most
+        for (int polls = 0; taken.size() < 2 && polls < 1000; ++polls) {
             for (std::string& text : Sent()) taken.push_back(std::move(text));
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
