@@ -21,10 +21,3 @@ std::uint64_t ReadAsciiDecimalNumeral64(UStringRef<UTF8> text);
 
 // No sign, no leading zeros, "0" for zero.
 AutoUString<UTF8> MakeAsciiDecimalNumeral64(std::uint64_t value);
-
-// Hexadecimal digits 0-9, a-f, A-F; no "0x" prefix, nothing trimmed. More
-// than 64 bits of value throws NumeralTooLarge.
-std::uint64_t ReadAsciiHexNumeral64(UStringRef<UTF8> text);
-
-// Lower-case hexadecimal digits, no prefix, no leading zeros, "0" for zero.
-AutoUString<UTF8> MakeAsciiHexNumeral64(std::uint64_t value);

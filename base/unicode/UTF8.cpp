@@ -59,10 +59,6 @@ std::size_t FindInvalidUTF8(UStringRef<UTF8> text) noexcept {
     return std::string_view::npos;
 }
 
-void ValidateUTF8(UStringRef<UTF8> text) {
-    if (!IsValidUTF8(text)) throw InvalidTextEncoding();
-}
-
 void AppendUTF8(std::string& out, char32_t c) {
     if (!IsUnicodeScalar(c)) throw InvalidTextEncoding();
     if (c < 0x80) {

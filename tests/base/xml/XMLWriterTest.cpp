@@ -49,9 +49,6 @@ struct Case {
 };
 
 const Case kCases[] = {
-    {"message/ActionTaken", 0, "?0|<UIToClient|<ActionTaken|<IsCancel|'false|>|<IsOffer|'false|>|<ID|'42|.",
-     DECL "\n<UIToClient>\n\t<ActionTaken>\n\t\t<IsCancel>false</IsCancel>\n\t\t<IsOffer>false</IsOffer>\n"
-          "\t\t<ID>42</ID>\n\t</ActionTaken>\n</UIToClient>"},
     {"element/two attributes", 0, "?0|<UIToClient|<Snooze|@a=1|@b=x y|.",
      DECL "\n<UIToClient>\n\t<Snooze a=\"1\" b=\"x y\"></Snooze>\n</UIToClient>"},
     {"document/closes three open", 0, "?1|<a|<b|<c|'t|.", "<?xml version=\"1.0\"?>\n<a>\n\t<b>\n\t\t<c>t</c>\n\t</b>\n</a>"},
@@ -80,31 +77,6 @@ TEST(XMLWriter, IndentsBeyondForty) {
     const std::string text = Write(0, script + ".");
     EXPECT_NE(text.find("\n" + std::string(39, '\t') + "<e></e>\n" + std::string(38, '\t') + "</e>"), std::string::npos);
     EXPECT_EQ(text.substr(text.size() - 5), "\n</e>");
-}
-
-// Logs each call, so the test sees how the text was cut into pieces.
-struct Recorder : UTextReceiver<UTF8> {
-    std::string log;
-    void StartText() override { log += "start"; }
-    void AddText(UStringRef<UTF8> piece) override { log.append("|").append(piece.View()); }
-    void EndText() override { log += "|end"; }
-};
-
-TEST(XMLWriter, HandsUnescapedRunsInOnePiece) {
-    Recorder recorder;
-    XMLWriter writer(recorder, XMLWriter::XMLFormatStyle(2));
-    Play(writer, "?1|<e|@k=one \"two\"|'abc<d\xC3\xA9\xC3\xA9" "f|.");
-    const std::string& log = recorder.log;
-    EXPECT_NE(log.find("|one |&quot;|two|&quot;|"), std::string::npos) << log;
-    EXPECT_NE(log.find("|abc|&lt;|d\xC3\xA9\xC3\xA9" "f|"), std::string::npos) << log;
-    EXPECT_EQ(log.substr(0, 6) + log.substr(log.size() - 4), "start||end");
-}
-
-TEST(UStringBuilder, StartingAgainForgetsTheLastText) {
-    UStringBuilder builder;
-    XMLWriter writer(builder, XMLWriter::XMLFormatStyle());
-    Play(writer, "?1|<first|.|?1|.");
-    EXPECT_EQ(builder.Text(), UStringRef<UTF8>("<?xml version=\"1.0\"?>"));
 }
 
 }  // namespace

@@ -1,28 +1,202 @@
-#include "pipe/UnixPipe.h"
+#include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <poll.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "base/files/UniqueFd.h"
 #include "pipe/Doorbell.h"
+#include "pipe/FiFoQueue.h"
+#include "pipe/FrameReader.h"
 #include "pipe/PortableThread.h"
 #include "pipe/ThreadKiller.h"
+#include "pipe/UIMessage.h"
 #include "pipe/UnixIO.h"
-#include "tests/pipe/PipeTestSupport.h"
+#include "pipe/UnixPipe.h"
 
 namespace {
+
+std::string Header(std::uint32_t length) {
+    unsigned char bytes[kFrameHeaderSize];
+    EncodeFrameHeader(length, bytes);
+    return std::string(reinterpret_cast<const char*>(bytes), sizeof bytes);
+}
+
+UIMessage Message(const std::string& text) {
+    UIMessage message;
+    message.text = AutoUString<UTF8>(text);
+    return message;
+}
+
+std::string Frame(const std::string& payload) {
+    return Header(static_cast<std::uint32_t>(payload.size())) + payload;
+}
+
+// Polls `done` every millisecond for up to ten seconds, for states that give
+// no event to block on (a reference count, a detached thread's exit). The
+// bound only keeps a broken build from hanging.
+template <class Predicate>
+bool WaitUntil(Predicate done) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+// Feeds `stream` in pieces of at most `piece` bytes; returns the payloads.
+std::vector<std::string> FeedInPieces(FrameReader& reader, const std::string& stream, std::size_t piece) {
+    std::vector<std::string> messages;
+    std::string message;
+    for (std::size_t at = 0; at < stream.size();) {
+        const std::size_t end = std::min(at + piece, stream.size());
+        while (at < end) {
+            at += reader.Feed(stream.data() + at, end - at);
+            if (reader.TakeMessage(message)) messages.push_back(message);
+        }
+    }
+    return messages;
+}
+
+TEST(FrameReader, StreamSplitAnywhereGivesSameMessages) {
+    const std::vector<std::string> expected = {"<a/>", "", std::string(300, 'x'), "\xC3\xA9"};
+    std::string stream;
+    for (const auto& payload : expected) stream += Frame(payload);
+    for (std::size_t piece = 1; piece <= stream.size(); ++piece) {
+        SCOPED_TRACE(piece);
+        FrameReader reader;
+        EXPECT_EQ(FeedInPieces(reader, stream, piece), expected);
+        EXPECT_NO_THROW(reader.EndOfStream());
+    }
+}
+
+// Raw header bytes pin the byte order, which Header() would only mirror.
+TEST(FrameReader, LengthIsLittleEndianCappedAndErrorsAreFinal) {
+    FrameReader cut;
+    EXPECT_EQ(cut.Feed("\x00\x01\x00\x00" "ab", 6), 4u);
+    EXPECT_EQ(cut.Wanted(), 256u);
+    EXPECT_EQ(cut.Feed("ab", 2), 2u);
+    EXPECT_THROW(cut.EndOfStream(), UnixPipeReadMessageError);  // inside the payload
+    EXPECT_THROW(cut.Feed("x", 1), UnixPipeReadMessageError);
+
+    FrameReader overlong;
+    EXPECT_THROW(overlong.Feed("\x01\x00\x20\x00", 4), UnixPipeReadMessageError);  // 2,097,153
+    EXPECT_EQ(overlong.GetState(), FrameReader::State::Killed);
+    EXPECT_THROW(overlong.Feed("\x00\x00\x00\x00", 4), UnixPipeReadMessageError);
+}
+
+using namespace std::chrono_literals;
+
+TEST(FiFoQueue, EmptyThrowsAndSpliceKeepsOrder) {
+    FiFoQueue<int> a, b;
+    EXPECT_THROW(a.Front(), FiFoQueueIsEmpty);
+    a.Append(1);
+    b.Append(2);
+    a.Splice(b);
+    b.Append(3);  // b's tail must not point into a any more
+    a.Append(5);  // a's tail is now b's last element
+    EXPECT_EQ(a.TakeFront(), 1);
+    EXPECT_EQ(a.TakeFront(), 2);
+    EXPECT_EQ(a.TakeFront(), 5);
+    EXPECT_THROW(a.TakeFront(), FiFoQueueIsEmpty);
+    a.Append(4);  // the tail went with the last element
+    EXPECT_EQ(a.Front(), 4);
+    EXPECT_EQ(b.Front(), 3);
+}
+
+TEST(FiFoQueue, LongQueueIsDestroyedWithoutDeepRecursion) {
+    FiFoQueue<int> queue;
+    for (int i = 0; i < 1000000; ++i) queue.Append(i);
+}
+
+TEST(UIMessageQueue, AttachedDoorbellRingsOnEachMessage) {
+    UIMessageQueue queue;
+    auto bell = std::make_shared<Doorbell>();
+    queue.SetDoorbell(bell);
+    queue.WriteMessage(Message("x"));
+    EXPECT_TRUE(bell->WaitFor(0ms));
+    EXPECT_FALSE(bell->WaitFor(0ms));  // one ring, one wake-up
+    queue.DetachDoorbell(std::make_shared<Doorbell>());  // not the attached one: no effect
+    queue.WriteMessage(Message("y"));
+    EXPECT_TRUE(bell->WaitFor(0ms));
+    queue.DetachDoorbell(bell);
+    queue.WriteMessage(Message("z"));
+    EXPECT_FALSE(bell->WaitFor(0ms));
+}
+
+std::atomic<int> runs{0};
+std::atomic<std::size_t> stackSeen{0};
+
+void CountRunThenThrow(void*) {
+    ++runs;
+    throw std::runtime_error("escapes the thread function");
+}
+
+void RecordStack(void*) {
+    pthread_attr_t attributes;
+    std::size_t size = 0;
+    if (pthread_getattr_np(pthread_self(), &attributes) == 0) {
+        pthread_attr_getstacksize(&attributes, &size);
+        pthread_attr_destroy(&attributes);
+    }
+    stackSeen = size;
+}
+
+bool AllThreadObjectsFreed() {
+    return WaitUntil([] { return PortableThread::LiveCount() == 0; });
+}
+
+TEST(PortableThread, OwnedThreadRunsOnceAndWaitsForAbandon) {
+    PortableThread* thread = CreatePortableThreadSuspended(&CountRunThenThrow, nullptr);
+    ASSERT_TRUE(thread->Start());
+    EXPECT_TRUE(thread->Start());
+    ASSERT_TRUE(WaitUntil([&] { return thread->Completed(); }));
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(PortableThread::LiveCount(), 1);  // still the owner's to look at
+    thread->Abandon();                          // now the thread frees it
+    EXPECT_TRUE(AllThreadObjectsFreed());
+    ASSERT_TRUE(RunPortableThread(&CountRunThenThrow, nullptr));
+    EXPECT_TRUE(WaitUntil([] { return runs == 2; }));
+    EXPECT_TRUE(AllThreadObjectsFreed());
+}
+
+TEST(PortableThread, StackIsRaisedToMinimumButNeverLowered) {
+    pthread_attr_t saved;
+    ASSERT_EQ(pthread_getattr_default_np(&saved), 0);
+    const std::size_t processDefaults[] = {256 * 1024, 2 * 1024 * 1024};
+    for (std::size_t processDefault : processDefaults) {
+        SCOPED_TRACE(processDefault);
+        pthread_attr_t defaults;
+        pthread_attr_init(&defaults);
+        pthread_attr_setstacksize(&defaults, processDefault);
+        ASSERT_EQ(pthread_setattr_default_np(&defaults), 0);
+        pthread_attr_destroy(&defaults);
+        stackSeen = 0;
+        ASSERT_TRUE(CreatePortableThread(&RecordStack, nullptr));
+        ASSERT_TRUE(WaitUntil([] { return stackSeen != 0; }));
+        EXPECT_GE(stackSeen.load(), std::max(processDefault, kMinimumThreadStack));
+    }
+    pthread_setattr_default_np(&saved);
+    pthread_attr_destroy(&saved);
+    EXPECT_TRUE(AllThreadObjectsFreed());
+}
 
 using UnixPlatform::UniqueFd;
 
@@ -41,6 +215,21 @@ struct Channel {
 
 // One write: a blocking pipe takes it whole.
 void WriteAll(int fd, const std::string& bytes) { UnixPlatform::RetryingWrite(fd, bytes.data(), bytes.size()); }
+
+// For more than a pipe buffer holds: gives up when the reader has taken
+// nothing for ten seconds (a reader that died holds its end open), so a
+// rejected frame fails the test instead of blocking the writer for good.
+bool WriteWithin(int fd, const std::string& bytes) {
+    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK);
+    for (std::size_t at = 0; at < bytes.size();) {
+        pollfd ready{fd, POLLOUT, 0};
+        if (poll(&ready, 1, 10000) != 1) return false;
+        const ssize_t put = write(fd, bytes.data() + at, bytes.size() - at);
+        if (put < 0 && errno != EAGAIN && errno != EINTR) return false;
+        if (put > 0) at += static_cast<std::size_t>(put);
+    }
+    return true;
+}
 
 // Exactly `size` bytes; false at end of file or after ten silent seconds.
 bool ReadExactly(int fd, std::size_t size, std::string& out) {
@@ -121,13 +310,15 @@ TEST(UnixPipeReading, DribbledEmptyAndLargestFramesArrive) {
     PipeHarness h;
     ASSERT_TRUE(h.Start());
     const std::string doc = "<ClientToUI><ReadyForData/></ClientToUI>";
+    bool largestTaken = false;
     std::thread writer([&] {
         WriteAll(h.toUI.write.Get(), Frame(""));
         for (char byte : Frame(doc)) WriteAll(h.toUI.write.Get(), std::string(1, byte));
-        WriteAll(h.toUI.write.Get(), Frame(std::string(kMaxFramePayload, 'p')));
+        largestTaken = WriteWithin(h.toUI.write.Get(), Frame(std::string(kMaxFramePayload, 'p')));
     });
     const std::vector<std::string> got = h.Incoming(3);
     writer.join();
+    EXPECT_TRUE(largestTaken);
     ASSERT_EQ(got.size(), 3u);
     EXPECT_EQ(got[0], "");
     EXPECT_EQ(got[1], doc);
