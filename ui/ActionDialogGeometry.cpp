@@ -7,7 +7,7 @@ ButtonRowPlaces PlaceButtonRow(const ButtonRowSizes& s) {
     ButtonRowPlaces places{};
     places.take = s.descriptionWidth + b - s.take;
     places.cancel = s.descriptionWidth - s.cancel - s.take - 5 * b;
-    places.details = places.cancel - s.details - 4 * b;
+    places.details = places.cancel - s.details - 6 * b;
     // The right edge of "takeAllActions" and the gap every pair keeps.
     const int leftmost = s.defaultDistance + s.takeAll + 2 * b + 4 * b;
     if (places.details < leftmost) {
