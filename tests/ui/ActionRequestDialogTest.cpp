@@ -323,11 +323,13 @@ TEST_F(ActionDialog, TheWindowManagersCloseIsAnnouncedAndLeavesTheDialogOpen) {
     EXPECT_TRUE(ActionRequestDialog::IsShown());
 }
 
-// Sizes are 16 bits: neither 50,000 rows nor a 100,000-character title may wrap one.
+// Sizes are 16 bits: neither 50,000 rows nor a 100,000-character title may wrap one;
+// such a description is shown too.
 TEST_F(ActionDialog, NoRowCountOrTitleLengthWrapsASize) {
     const std::string longTitle = std::string(50000, 'W') + "\t\n" + std::string(49998, 'x');
     for (int rows : {50000, 1}) {
         for (int i = 0; i < rows; ++i) actions.push_back(Action(i + 1, rows == 1 ? longTitle.c_str() : "row"));
+        actions[0].shortDescription = SharedUString<UTF8>(longTitle);  // shown once the row is selected
         Show();
         Dimension width = 0, height = 0;
         XtVaGetValues(ListOf("viewport"), XtNwidth, &width, XtNheight, &height, nullptr);
