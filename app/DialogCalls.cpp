@@ -8,6 +8,7 @@ class NoDialogs final : public DialogCalls {
 public:
     void ShowActionRequestDialog(bool, const TimeInterval&, bool) override {}
     void UpdateActionRequestDialog() override {}
+    void FlushActionRequestDialog() override {}
     bool IsActionRequestDialogShown() override { return false; }
     void EnableActionRequestDialog() override {}
     void DisableActionRequestDialog() override {}
@@ -41,6 +42,10 @@ void ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval,
 }
 void UpdateActionRequestDialog() {
     WiredDialogCalls().UpdateActionRequestDialog();
+}
+
+void FlushActionRequestDialog() {
+    WiredDialogCalls().FlushActionRequestDialog();
 }
 bool IsActionRequestDialogShown() {
     return WiredDialogCalls().IsActionRequestDialogShown();

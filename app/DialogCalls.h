@@ -20,6 +20,10 @@ public:
     // The action request dialog.
     virtual void ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval, bool snoozable) = 0;
     virtual void UpdateActionRequestDialog() = 0;
+    // Carries out the refreshes that updates since the last call asked for:
+    // a batch of many documents or commands costs one refresh, and one that
+    // fails is handled where the batch or command is.
+    virtual void FlushActionRequestDialog() = 0;
     virtual bool IsActionRequestDialogShown() = 0;
     virtual void EnableActionRequestDialog() = 0;
     virtual void DisableActionRequestDialog() = 0;
@@ -55,6 +59,7 @@ DialogCalls& WiredDialogCalls();
 // The names the dispatch calls, each forwarding to the wired screen.
 void ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval, bool snoozable);
 void UpdateActionRequestDialog();
+void FlushActionRequestDialog();
 bool IsActionRequestDialogShown();
 void EnableActionRequestDialog();
 void DisableActionRequestDialog();

@@ -222,9 +222,11 @@ void ProcessMessagesFromClient() {
             if (message.text.Empty()) continue;
             if (HandleDocument(message) == DocumentOutcome::HoldBackRest) {
                 pending.Splice(batch);
-                return;
+                break;
             }
         }
+        // One refresh for the whole batch; failing, it is the batch's failure.
+        FlushActionRequestDialog();
     } catch (...) {
         // One bad message costs the rest of its batch, nothing more; the
         // client is not told.
@@ -238,6 +240,7 @@ void ProcessMessagesFromUI() {
         const std::unique_ptr<UICommand> command = commands.TakeFront();
         try {
             if (command) HandleCommand(*command);
+            FlushActionRequestDialog();
         } catch (...) {
             // Only this command is lost.
         }

@@ -62,4 +62,5 @@ void RunClientUITick() {
     if (inQuietMode) return;
 
     if (HandleDeadlines(Instant::Now())) UpdateActionRequestDialog();
+    FlushActionRequestDialog();
 }

@@ -31,7 +31,9 @@ void CenterDialogOnDisplay(Widget widget) {
 
 void OverrideScrollbarTranslations(Widget scrollbar) {
     if (scrollbar == nullptr) return;
-    XtOverrideTranslations(scrollbar, XtParseTranslationTable(kScrollbarTranslations));
+    // Parsed once: the toolkit never frees a parsed table.
+    static const XtTranslations translations = XtParseTranslationTable(kScrollbarTranslations);
+    XtOverrideTranslations(scrollbar, translations);
 }
 
 void ScrollSelectedItemIntoView(Widget viewport, Widget list) {

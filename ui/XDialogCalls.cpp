@@ -2,6 +2,7 @@
 
 #include "protocol/ClientRequests.h"
 #include "ui/ActionDetailsDialog.h"
+#include "ui/ActionRequestDialog.h"
 #include "ui/ConfirmationDialog.h"
 #include "ui/HiddenWindow.h"
 #include "ui/MessageDialog.h"
@@ -11,16 +12,29 @@
 // Every entry is harmless before the display is open: the dialogs show
 // nothing until then.
 
-// Not built yet: the action request dialog. Until it exists its entries show
-// nothing, and it never counts as shown, so the dispatch goes on as if the
-// user had not opened it.
-void XDialogCalls::ShowActionRequestDialog(bool, const TimeInterval&, bool) {}
-void XDialogCalls::UpdateActionRequestDialog() {}
-bool XDialogCalls::IsActionRequestDialogShown() {
-    return false;
+void XDialogCalls::ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval, bool snoozable) {
+    ActionRequestDialog::Show(forceShow, remindInterval, snoozable);
 }
-void XDialogCalls::EnableActionRequestDialog() {}
-void XDialogCalls::DisableActionRequestDialog() {}
+
+void XDialogCalls::UpdateActionRequestDialog() {
+    ActionRequestDialog::Update();
+}
+
+void XDialogCalls::FlushActionRequestDialog() {
+    ActionRequestDialog::FlushRefresh();
+}
+
+bool XDialogCalls::IsActionRequestDialogShown() {
+    return ActionRequestDialog::IsShown();
+}
+
+void XDialogCalls::EnableActionRequestDialog() {
+    ActionRequestDialog::Enable();
+}
+
+void XDialogCalls::DisableActionRequestDialog() {
+    ActionRequestDialog::Disable();
+}
 
 void XDialogCalls::ShowActionDetailsDialog(unsigned long long id) {
     ActionDetailsDialog::Show(id);

@@ -10,6 +10,7 @@ class XDialogCalls : public DialogCalls {
 public:
     void ShowActionRequestDialog(bool forceShow, const TimeInterval& remindInterval, bool snoozable) override;
     void UpdateActionRequestDialog() override;
+    void FlushActionRequestDialog() override;
     bool IsActionRequestDialogShown() override;
     void EnableActionRequestDialog() override;
     void DisableActionRequestDialog() override;

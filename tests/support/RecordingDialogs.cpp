@@ -33,6 +33,8 @@ public:
     }
 
     void UpdateActionRequestDialog() override { Record("UpdateActionRequestDialog()"); }
+    // Not recorded: the updates before it are what the dispatch decides.
+    void FlushActionRequestDialog() override {}
 
     bool IsActionRequestDialogShown() override {
         Record("IsActionRequestDialogShown()");

@@ -1,0 +1,371 @@
+// The action request dialog in this process, on the test program's own Xvfb:
+// found by its widget names, clicked through XTest where a person would click.
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "actions/PendingActions.h"
+#include "app/ClientLink.h"
+#include "app/Exit.h"
+#include "app/Settings.h"
+#include "app/Tick.h"
+#include "base/time/Clock.h"
+#include "tests/support/TestData.h"
+#include "tests/support/Xvfb.h"
+#include "text/FormatFile.h"
+#include "ui/ActionRequestDialog.h"
+#include "ui/ErrorHandlers.h"
+#include "ui/XApplication.h"
+#include "ui/XDialogCalls.h"
+#include "ui/XGlobals.h"
+
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+#include <X11/Xaw/List.h>
+#include <X11/extensions/XTest.h>
+
+extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\n"; }
+
+namespace {
+
+::testing::Environment* const xvfb = AddXvfbEnvironment();
+const Instant kNow(1795348800LL * 1000000);  // pinned: the clock has whole seconds only
+constexpr std::int64_t kMinute = 60000000;
+std::vector<int> endings;
+
+ActionRequest Action(unsigned long long id, const char* title, std::int64_t deadlineMinutes = 0, bool cancellable = true,
+                     const char* preview = nullptr, bool forceRun = false) {
+    ActionRequest action;
+    action.id = id;
+    action.title = title;
+    action.shortDescription = "Short";
+    action.cancellable = cancellable;
+    action.forceRun = forceRun;
+    if (deadlineMinutes != 0) action.deadline = TimeObject(kNow + TimeInterval(deadlineMinutes * kMinute), TimeZone(0));
+    if (preview != nullptr) action.preview = SharedUString<UTF8>(preview);
+    return action;
+}
+
+// One display for the whole program: the toolkit caches pixmaps by screen, and
+// a display reopened at a freed one's address would meet stale ones.
+class ActionDialog : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static XDialogCalls screen;  // the tick reaches the dialog as the program's does
+        WireDialogCalls(&screen);
+        Open("/nonexistent/%N");
+    }
+    static void TearDownTestSuite() { DestroyApplicationContext(); }
+    void SetUp() override {
+        endings.clear();
+        SetExitFunctionForTesting([](int status, const char*) { endings.push_back(status); });
+    }
+    void TearDown() override {
+        actions.clear();  // also clears the remembered selection
+        ActionRequestDialog::Enable();
+        ActionRequestDialog::Hide();
+        SetExitFunctionForTesting(nullptr);
+        Commands();
+        EXPECT_EQ(endings, std::vector<int>{});
+    }
+    // Resources only from `userFile`: the toolkit reads the system path once
+    // per process, the user's at every display; HOME holds nothing.
+    static void Open(const char* userFile) {
+        setenv("XFILESEARCHPATH", "/nonexistent/%N", 1);
+        setenv("XUSERFILESEARCHPATH", userFile, 1);
+        setenv("HOME", "/nonexistent", 1);
+        unsetenv("XENVIRONMENT");
+        XtToolkitInitialize();
+        app_context = XtCreateApplicationContext();
+        int argc = 1;
+        char name[] = "ZAMClientUI", *argv[] = {name, nullptr};
+        display = XtOpenDisplay(app_context, nullptr, nullptr, "XZAMClientUI", nullptr, 0, &argc, argv);
+        ASSERT_NE(display, nullptr);
+        XSetErrorHandler(X_ErrorHandler);
+    }
+
+    void Show(std::int64_t remindMinutes = 5) {
+        ActionRequestDialog::Show(false, TimeInterval(remindMinutes * kMinute), true);
+        Pump();
+    }
+    void Refresh() {
+        ActionRequestDialog::Update();
+        Pump();
+    }
+    void Pump() {  // pays an owed refresh and handles the X events
+        ActionRequestDialog::FlushRefresh();
+        XSync(display, False);
+        while (XtAppPending(app_context) & XtIMXEvent) XtAppProcessEvent(app_context, XtIMXEvent);
+    }
+    // The shell is found as a person's tool would: a top-level window holding "actiontitle".
+    Widget W(const std::string& name) {
+        Window root = 0, parent = 0, *children = nullptr;
+        unsigned count = 0;
+        XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
+        Widget shell = nullptr;
+        for (unsigned i = 0; i < count; ++i) {
+            const Widget top = XtWindowToWidget(display, children[i]);
+            if (top != nullptr && XtNameToWidget(top, "*actiontitle") != nullptr) shell = top;
+        }
+        XFree(children);
+        return name.empty() ? shell : XtNameToWidget(shell, ("*" + name).c_str());
+    }
+    // Both lists have empty names: the List child of their viewport.
+    Widget ListOf(const char* viewport) {
+        WidgetList children = nullptr;
+        Cardinal count = 0;
+        XtVaGetValues(W(viewport), XtNchildren, &children, XtNnumChildren, &count, nullptr);
+        return *std::find_if(children, children + count, [](Widget w) { return XtClass(w) == listWidgetClass; });
+    }
+    std::string Text(const std::string& name, const char* resource = XtNlabel) {
+        String text = nullptr;
+        XtVaGetValues(W(name), resource, &text, nullptr);
+        return text;
+    }
+    std::vector<std::string> Items(const char* viewport) {
+        String* items = nullptr;
+        int count = 0;
+        XtVaGetValues(ListOf(viewport), XtNlist, &items, XtNnumberStrings, &count, nullptr);
+        return std::vector<std::string>(items, items + count);
+    }
+    std::string Current(const char* viewport) {
+        XawListReturnStruct* current = XawListShowCurrent(ListOf(viewport));
+        const std::string text = current->list_index >= 0 ? current->string : "-";
+        XtFree(reinterpret_cast<char*>(current));
+        return text;
+    }
+    void Click(Widget widget, int x = 3, int y = 3) {
+        int rootX = 0, rootY = 0;
+        Window child = 0;
+        XTranslateCoordinates(display, XtWindow(widget), DefaultRootWindow(display), x, y, &rootX, &rootY, &child);
+        XTestFakeMotionEvent(display, -1, rootX, rootY, 0);
+        XTestFakeButtonEvent(display, 1, True, 0);
+        XTestFakeButtonEvent(display, 1, False, 0);
+        Pump();
+    }
+    void ClickRow(const char* viewport, int row) {
+        Dimension spacing = 0, internal = 0;
+        XFontStruct* font = nullptr;
+        XtVaGetValues(ListOf(viewport), XtNrowSpacing, &spacing, XtNinternalHeight, &internal, XtNfont, &font, nullptr);
+        const int rowHeight = font->ascent + font->descent + spacing;
+        Click(ListOf(viewport), 5, internal + row * rowHeight + rowHeight / 2);
+    }
+    // "type:id:minutes:seconds" of every queued command.
+    static std::vector<std::string> Commands() {
+        FiFoQueue<std::unique_ptr<UICommand>> queued;
+        uiCommandQ.ReadMessages(queued);
+        std::vector<std::string> lines;
+        for (; !queued.IsEmpty(); queued.TakeFront()) {
+            const UICommand& c = *queued.Front();
+            lines.push_back(std::to_string(static_cast<int>(c.type)) + ":" + std::to_string(c.id) + ":" +
+                            std::to_string(c.minutes) + ":" + std::to_string(c.seconds));
+        }
+        return lines;
+    }
+    // The title, each button's label and sensitivity (+/-), whether details
+    // is mapped, the snooze list's first and chosen entry and its sensitivity.
+    std::string State() {
+        std::string state = Text("actiontitle");
+        for (const char* name : {"takeAllActions", "takeActions", "cancelAction", "actionDetails", "snoozeButton"}) {
+            state += "|" + Text(name) + (XtIsSensitive(W(name)) ? "+" : "-");
+        }
+        Boolean mapped = False;
+        XtVaGetValues(W("actionDetails"), XtNmappedWhenManaged, &mapped, nullptr);
+        return state + (mapped ? "|mapped|" : "|unmapped|") + Items("snoozeViewport")[0] + ">" +
+               Current("snoozeViewport") + (XtIsSensitive(ListOf("snoozeViewport")) ? "+" : "-");
+    }
+
+    ScopedClockOverride clock_{kNow};
+};
+
+TEST_F(ActionDialog, RefreshRules) {
+    struct Case {
+        const char* name;
+        std::vector<ActionRequest> pending;
+        int click;  // row, or -1
+        std::int64_t remindMinutes;
+        std::string state;
+    };
+    const std::string none = "|Take All Actions+|Take Actions-|Cancel Actions-|Action Details-|Snooze";
+    const std::string one = "|Take All Actions+|Take Action+|Cancel Action";
+    const Case cases[] = {
+        {"empty", {}, -1, 5,
+         "There are no pending actions.|Take All Actions-|Take Action-|Cancel Action-|Action Details-|Close+|unmapped|>--"},
+        {"none selected", {Action(1, "One"), Action(2, "Two")}, -1, 5,
+         ("There are 2 pending actions." + none + "+|unmapped|in 1 minute>in 5 minutes+")},
+        {"cancellable", {Action(1, "One"), Action(2, "Two")}, 1, 5,
+         ("Two" + one + "+|Action Details-|Snooze+|unmapped|in 1 minute>in 5 minutes+")},
+        {"not cancellable", {Action(1, "One", 0, false)}, 0, 5,
+         ("One" + one + "-|Action Details-|Snooze+|unmapped|in 1 minute>in 5 minutes+")},
+        {"deadline under five minutes", {Action(1, "One", 4)}, -1, 5,  // an insensitive list shows no choice
+         ("There is 1 pending action." + none + "-|unmapped|15 minutes before deadline>--")},
+        {"preview elsewhere", {Action(1, "One"), Action(2, "Two", 0, true, "script")}, 0, 120,
+         ("One" + one + "+|Action Details-|Snooze+|mapped|in 1 minute>in 2 hours+")},
+        {"preview selected", {Action(1, "One"), Action(2, "Two", 0, true, "script")}, 1, 5,
+         ("Two" + one + "+|Action Details+|Snooze+|mapped|in 1 minute>in 5 minutes+")},
+        {"deadline entry remembered", {Action(1, "One", 60)}, -1, -15,
+         "There is 1 pending action." + none + "+|unmapped|15 minutes before deadline>15 minutes before deadline+"},
+        {"untitled not listed", {Action(1, ""), Action(2, "Two")}, -1, -15,
+         ("There is 1 pending action." + none + "+|unmapped|in 1 minute>in 1 minute+")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        actions = c.pending;
+        Show(c.remindMinutes);
+        if (c.click >= 0) ClickRow("viewport", c.click);
+        EXPECT_EQ(State(), c.state);
+        actions.clear();
+        Refresh();
+        ActionRequestDialog::Hide();
+    }
+}
+
+TEST_F(ActionDialog, RowsComeFromTheStoreClientTextsAreValuesCountdownsStopAtFive) {
+    actions = {Action(9, "nine"), Action(3, "three"), Action(9, "nine again"), Action(5, "")};
+    Show();
+    EXPECT_EQ(Items("viewport"), (std::vector<std::string>{"three", "nine again"}));
+    actions = {Action(4, "{x} {actionTitle} }{", 60)};
+    Refresh();
+    ClickRow("viewport", 0);
+    EXPECT_EQ(Text("actiontitle"), "{x} {actionTitle} }{");
+    EXPECT_EQ(Items("viewport")[0].find("{x} {actionTitle} }{  --  "), 0u);
+    // The store moves a forced deadline two minutes away to five: the countdown stops there, snooze stays.
+    actions = {Action(1, "Forced", 2, true, nullptr, true)};
+    Refresh();
+    EXPECT_NE(Text("actiondesc", XtNstring).find("in 5 minutes, 0 seconds."), std::string::npos);
+    EXPECT_TRUE(XtIsSensitive(W("snoozeButton")));
+}
+
+TEST_F(ActionDialog, SelectionSurvivesHidingWhileEveryRefreshResetsTheSnoozeChoice) {
+    actions = {Action(1, "One", 30), Action(2, "Two", 30), Action(3, "Three", 30)};
+    Show();
+    ClickRow("viewport", 2);
+    ActionRequestDialog::Hide();
+    Show();
+    EXPECT_EQ(Text("actiontitle"), "Three");
+    ClickRow("snoozeViewport", 4);  // "in 10 minutes", in view below the default
+    ClickRow("viewport", 1);
+    EXPECT_EQ(Current("snoozeViewport"), "in 5 minutes");
+    ClickRow("snoozeViewport", 4);
+    Click(W("snoozeButton"));
+    EXPECT_FALSE(ActionRequestDialog::IsShown());
+    EXPECT_EQ(Commands(), std::vector<std::string>{"5:0:10:1800"});  // 30 minutes to the deadline
+    actions.resize(1);  // a rebuild below the remembered row clears it
+    Show();
+    EXPECT_EQ(Text("actiontitle"), "There is 1 pending action.");
+}
+
+TEST_F(ActionDialog, ButtonsDisableTheDialogAndQueueOneCommandPerTick) {
+    actions = {Action(7, "Seven")};
+    Show();
+    ClickRow("viewport", 0);
+    Click(W("takeActions"));
+    Click(W("takeActions"));
+    EXPECT_EQ(Commands(), std::vector<std::string>{"4:7:0:0"});
+    actions.push_back(Action(8, "Eight"));  // arriving while disabled: listed once enabled
+    Refresh();
+    EXPECT_EQ(Items("viewport").size(), 1u);
+    ActionRequestDialog::Enable();
+    EXPECT_EQ(Items("viewport").size(), 2u);
+    for (const char* button : {"takeAllActions", "cancelAction", "actionDetails"}) {
+        ActionRequestDialog::Enable();
+        Click(W(button));
+    }
+    EXPECT_EQ(Commands(), (std::vector<std::string>{"0:0:0:0", "3:7:0:0"}));  // no preview: no details
+    ActionRequestDialog::Enable();
+    actions.clear();
+    Refresh();
+    EXPECT_TRUE(ActionRequestDialog::IsShown());  // nothing pending does not hide it; "Close" does
+    Click(W("snoozeButton"));
+    EXPECT_FALSE(ActionRequestDialog::IsShown());
+}
+
+TEST_F(ActionDialog, EveryFixedTextGoesThroughTheTranslations) {
+    const FormatFile file(MakeFileLocation(TestDataPath("translator.xlat")));
+    const FormatOverrideScope scope(file.Overrides(), GlobalFormatOverrideContext());
+    Show();
+    EXPECT_EQ(Text("", XtNtitle) + Text("actiontitle") + Text("actionListLabel") + Text("takeAllActions") +
+                  Text("actionDetails") + Text("snoozeLabel") + Text("snoozeButton"),
+              "[ActionRequestTitle] Action Requests[T] There are no pending actions.[T] Title[T]   --  [T] Deadline"
+              "[TakeAllActions] Take All Actions[ActionHistoryTitle] Action Details[SnoozeCaption] Click Snooze to "
+              "be reminded again:[T] Close");
+    actions = {Action(1, "One", 60), Action(2, "Two")};
+    Refresh();
+    EXPECT_EQ(Text("actiontitle") + Text("takeActions") + Text("cancelAction") + Text("snoozeButton"),
+              "[T] There are 2 pending actions.[T] Take Actions[T] Cancel Actions[T] Snooze");
+    EXPECT_EQ(Items("viewport")[0].find("One  --  [T] "), 0u);
+    const std::vector<std::string> snooze = Items("snoozeViewport");
+    ASSERT_EQ(snooze.size(), 19u);
+    for (const std::string& entry : snooze) EXPECT_EQ(entry.find("[T] "), 0u) << entry;
+    ClickRow("viewport", 1);
+    EXPECT_EQ(Text("actiontitle") + Text("takeActions") + Text("cancelAction"),
+              "[T] Two[T] Take Action[T] Cancel Action");
+    actions.pop_back();
+    Refresh();
+    EXPECT_EQ(Text("actiontitle"), "[T] There is 1 pending action.");
+}
+
+TEST_F(ActionDialog, TheWindowManagersCloseIsAnnouncedAndLeavesTheDialogOpen) {
+    Show();
+    const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
+    Atom* announced = nullptr;
+    int count = 0;
+    ASSERT_NE(XGetWMProtocols(display, XtWindow(W("")), &announced, &count), 0);
+    EXPECT_EQ(std::vector<Atom>(announced, announced + count), std::vector<Atom>{deleteWindow});
+    XFree(announced);
+    XEvent close{};
+    close.xclient = {ClientMessage, 0, True, display, XtWindow(W("")), XInternAtom(display, "WM_PROTOCOLS", False), 32,
+                     {}};
+    close.xclient.data.l[0] = static_cast<long>(deleteWindow);
+    XSendEvent(display, XtWindow(W("")), False, NoEventMask, &close);
+    Pump();
+    EXPECT_TRUE(ActionRequestDialog::IsShown());
+}
+
+// Sizes are 16 bits: neither 50,000 rows nor a 100,000-character title may wrap one;
+// such a description is shown too.
+TEST_F(ActionDialog, NoRowCountOrTitleLengthWrapsASize) {
+    const std::string longTitle = std::string(50000, 'W') + "\t\n" + std::string(49998, 'x');
+    for (int rows : {50000, 1}) {
+        for (int i = 0; i < rows; ++i) actions.push_back(Action(i + 1, rows == 1 ? longTitle.c_str() : "row"));
+        actions[0].shortDescription = SharedUString<UTF8>(longTitle);  // shown once the row is selected
+        Show();
+        Dimension width = 0, height = 0;
+        XtVaGetValues(ListOf("viewport"), XtNwidth, &width, XtNheight, &height, nullptr);
+        EXPECT_EQ(Items("viewport").size(), static_cast<std::size_t>(rows));
+        EXPECT_GT(width, 0);
+        EXPECT_EQ(height, rows > 1 ? 32767 : 100);  // cut, never wrapped; one row fills the viewport
+        ClickRow("viewport", 0);
+        XtVaGetValues(W("actiontitle"), XtNheight, &height, nullptr);
+        EXPECT_LT(height, 30);  // one line
+        actions.clear();
+        ActionRequestDialog::Hide();
+    }
+}
+
+TEST_F(ActionDialog, OneTickListsTenThousandPendingActions) {
+    for (int i = 0; i < 10000; ++i) actions.push_back(Action(i + 1, "row"));
+    initialized = true;
+    m_postponedTo = Instant(0);
+    RunClientUITick();
+    ActionRequestDialog::FlushRefresh();
+    EXPECT_EQ(Items("viewport").size(), 10000u);
+    initialized = false;
+}
+
+// Last, on a second display of its own, left open until the program ends.
+TEST_F(ActionDialog, TheAppDefaultsFileTakesEffect) {
+    Open(ZAM_SOURCE_DIR "/data/app-defaults/%N");
+    Show();
+    Pixel background = 0;
+    XtVaGetValues(W("form"), XtNbackground, &background, nullptr);
+    EXPECT_EQ(background, 0xF4F4F2u);
+}
+
+}  // namespace
