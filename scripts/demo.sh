@@ -18,6 +18,10 @@ bash scripts/install-deps.sh
 cmake --preset release >/dev/null
 cmake --build --preset release --target ZAMClientUI zam-client
 
+# The dialogs' look comes from the checkout's app-defaults file, whether or not
+# a copy is installed on the machine.
+export XFILESEARCHPATH="$PWD/data/app-defaults/%N"
+
 # A scenario that names a locale needs it on the machine; only root can add it.
 locale_name=$(awk '$1 == "locale" { print $2; exit }' "$scenario")
 if [ -n "$locale_name" ]; then
