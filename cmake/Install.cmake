@@ -9,12 +9,16 @@ include(GNUInstallDirs)
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-# The app-defaults file of the class XZAMClientUI. For the prefix /usr the
-# system configuration directory is /etc, which Debian's libXt searches
-# (/etc/X11/app-defaults); it does not search share/X11. Below any other
-# prefix the file lands in <prefix>/etc/X11/app-defaults, which
+# The app-defaults file of the class XZAMClientUI. For the prefix /usr it goes
+# to /etc/X11/app-defaults, where Debian's libXt looks (it does not search
+# share/X11). Below any other prefix it lands in <prefix>/etc/X11/app-defaults
+# (relative, so `cmake --install --prefix` moves it too), which
 # XFILESEARCHPATH has to name.
-set(ZAM_APP_DEFAULTS_DIR ${CMAKE_INSTALL_FULL_SYSCONFDIR}/X11/app-defaults)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(ZAM_APP_DEFAULTS_DIR /etc/X11/app-defaults)
+else()
+  set(ZAM_APP_DEFAULTS_DIR etc/X11/app-defaults)
+endif()
 
 install(TARGETS ZAMClientUI zam-client RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES data/app-defaults/XZAMClientUI DESTINATION ${ZAM_APP_DEFAULTS_DIR})
@@ -74,6 +78,11 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZAM_PACKAGE_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_STRIP_FILES ON)
 # The app-defaults file is the administrator's to edit: an upgrade keeps changes.
+if(IS_ABSOLUTE ${ZAM_APP_DEFAULTS_DIR})
+  set(ZAM_CONFFILE ${ZAM_APP_DEFAULTS_DIR}/XZAMClientUI)
+else()
+  set(ZAM_CONFFILE ${CMAKE_INSTALL_PREFIX}/${ZAM_APP_DEFAULTS_DIR}/XZAMClientUI)
+endif()
 configure_file(packaging/conffiles.in ${PROJECT_BINARY_DIR}/packaging/conffiles @ONLY)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packaging/conffiles)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
