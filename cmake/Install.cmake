@@ -11,17 +11,20 @@ set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 
 # The app-defaults file of the class XZAMClientUI. For the prefix /usr it goes
 # to /etc/X11/app-defaults, where Debian's libXt looks (it does not search
-# share/X11). Below any other prefix it lands in <prefix>/etc/X11/app-defaults
-# (relative, so `cmake --install --prefix` moves it too), which
-# XFILESEARCHPATH has to name.
-if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
-  set(ZAM_APP_DEFAULTS_DIR /etc/X11/app-defaults)
-else()
-  set(ZAM_APP_DEFAULTS_DIR etc/X11/app-defaults)
-endif()
-
+# share/X11). Below any other prefix it lands in <prefix>/etc/X11/app-defaults,
+# which XFILESEARCHPATH has to name. Decided when installing, so
+# `cmake --install --prefix /usr` gives the system's place whatever prefix
+# the build was configured with.
 install(TARGETS ZAMClientUI zam-client RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES data/app-defaults/XZAMClientUI DESTINATION ${ZAM_APP_DEFAULTS_DIR})
+install(CODE "
+  if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
+    set(zam_app_defaults_dir /etc/X11/app-defaults)
+  else()
+    set(zam_app_defaults_dir \"\${CMAKE_INSTALL_PREFIX}/etc/X11/app-defaults\")
+  endif()
+  file(INSTALL DESTINATION \"\${zam_app_defaults_dir}\" TYPE FILE
+       FILES \"${PROJECT_SOURCE_DIR}/data/app-defaults/XZAMClientUI\")
+")
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 # Manual pages and the changelog go in gzipped, without a time stamp in the
@@ -44,11 +47,18 @@ install(FILES ${PROJECT_BINARY_DIR}/gzipped/ZAMClientUI.1.gz ${PROJECT_BINARY_DI
 install(FILES ${PROJECT_BINARY_DIR}/gzipped/changelog.gz packaging/copyright
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
-# The changelog's newest entry must name the version of project().
+# The changelog's newest entry and the manual pages' headers must name the
+# version of project().
 file(STRINGS packaging/changelog zam_changelog_head LIMIT_COUNT 1)
 if(NOT zam_changelog_head MATCHES "^${ZAM_PACKAGE_NAME} \\(${PROJECT_VERSION}\\) ")
   message(FATAL_ERROR "packaging/changelog does not start with ${ZAM_PACKAGE_NAME} (${PROJECT_VERSION})")
 endif()
+foreach(page docs/man/ZAMClientUI.1 docs/man/zam-client.1)
+  file(STRINGS ${page} zam_page_header REGEX "^\\.TH ")
+  if(NOT zam_page_header MATCHES "\"ZAMClientUI ${PROJECT_VERSION}\"")
+    message(FATAL_ERROR "${page}: the .TH line does not name ZAMClientUI ${PROJECT_VERSION}")
+  endif()
+endforeach()
 
 # ---- the Debian package (cpack -G DEB, run by scripts/package.sh from a
 # build configured with the prefix /usr)
@@ -78,10 +88,11 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZAM_PACKAGE_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_STRIP_FILES ON)
 # The app-defaults file is the administrator's to edit: an upgrade keeps changes.
-if(IS_ABSOLUTE ${ZAM_APP_DEFAULTS_DIR})
-  set(ZAM_CONFFILE ${ZAM_APP_DEFAULTS_DIR}/XZAMClientUI)
+# (scripts/package.sh packages with the prefix /usr.)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(ZAM_CONFFILE /etc/X11/app-defaults/XZAMClientUI)
 else()
-  set(ZAM_CONFFILE ${CMAKE_INSTALL_PREFIX}/${ZAM_APP_DEFAULTS_DIR}/XZAMClientUI)
+  set(ZAM_CONFFILE ${CMAKE_INSTALL_PREFIX}/etc/X11/app-defaults/XZAMClientUI)
 endif()
 configure_file(packaging/conffiles.in ${PROJECT_BINARY_DIR}/packaging/conffiles @ONLY)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packaging/conffiles)
