@@ -2,13 +2,14 @@
 # Builds the Debian package of ZAMClientUI from the optimised build: installs
 # what building it needs, configures build/package for the prefix /usr, builds
 # the program and zam-client and lets CPack make the .deb, whose dependencies
-# dpkg-shlibdeps computes from the binaries. Prints the package's path last.
+# dpkg-shlibdeps computes from the binaries. The build's output goes to
+# standard error; standard output gets only the package's path.
 #
 #   bash scripts/package.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-bash scripts/install-deps.sh g++ cmake ninja-build pkg-config libx11-dev libxt-dev libxaw7-dev dpkg-dev file
+bash scripts/install-deps.sh g++ cmake ninja-build pkg-config libx11-dev libxt-dev libxaw7-dev dpkg-dev file >&2
 
 build=build/package
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -24,7 +25,7 @@ cflags="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)"
 ldflags=$(dpkg-buildflags --get LDFLAGS)
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DZAM_BENCH=OFF \
   -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_CXX_FLAGS="$cflags" -DCMAKE_EXE_LINKER_FLAGS="$ldflags" >/dev/null
-cmake --build "$build" -j "$jobs" 2>&1 | tee "$log"
+cmake --build "$build" -j "$jobs" 2>&1 | tee "$log" >&2
 if grep -q 'warning:' "$log"; then
   echo "package: compiler warnings in the package build" >&2
   exit 1
