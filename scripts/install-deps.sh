@@ -18,7 +18,7 @@ packages=(
   # locales the text tests generate
   locales
   # the Debian package: dependencies from the binaries, its checks, the manual pages
-  dpkg-dev file lintian mandoc
+  dpkg-dev file lintian mandoc groff-base
 )
 if [ $# -gt 0 ]; then
   packages=("$@")
