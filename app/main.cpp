@@ -1,9 +1,13 @@
 // ZAMClientUI: the desktop side of the endpoint agent. The client starts it
 // with the protocol pipe on standard input and output.
 
+#include <unistd.h>
+
 #include <csignal>
+#include <cstdio>
 
 #include "app/ClientLink.h"
+#include "app/CommandLine.h"
 #include "app/DialogCalls.h"
 #include "app/Dispatch.h"
 #include "app/Exit.h"
@@ -18,6 +22,20 @@ int main(int argc, char** argv) {
     // A client that stops reading must end us through the pipe's write error
     // (exit status 0), not through the signal.
     std::signal(SIGPIPE, SIG_IGN);
+
+    // Answered before the pipe starts, so nothing else reaches standard output.
+    switch (ReadCommandLine(argc, argv)) {
+        case CommandLineRequest::PrintVersion:
+            std::fputs(VersionText(), stdout);
+            return std::fflush(stdout) == 0 ? 0 : 1;
+        case CommandLineRequest::PrintHelp:
+            std::fputs(HelpText(), stdout);
+            return std::fflush(stdout) == 0 ? 0 : 1;
+        case CommandLineRequest::Run:
+            break;
+    }
+    // Started by hand: say so once, then carry on as the agent would have us.
+    if (isatty(0) == 1) std::fputs(TerminalNotice(), stderr);
 
     // The one place that knows both sides: the dispatch, the tick and the
     // exit path reach the X side through this from now on. Its entries are

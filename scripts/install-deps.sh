@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and running ZAMClientUI need.
-# Only what is missing is installed; works as root or through sudo, without questions.
+# Installs the Debian packages that building, testing and running ZAMClientUI need
+# (or only the packages named as arguments). Only what is missing is installed;
+# works as root or through sudo, without questions.
 set -euo pipefail
 
 packages=(
@@ -16,7 +17,12 @@ packages=(
   x11-apps netpbm
   # locales the text tests generate
   locales
+  # the Debian package: dependencies from the binaries, its checks, the manual pages
+  dpkg-dev file lintian mandoc groff-base
 )
+if [ $# -gt 0 ]; then
+  packages=("$@")
+fi
 
 missing=()
 for p in "${packages[@]}"; do

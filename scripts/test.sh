@@ -181,6 +181,7 @@ stage "ASan+UBSan build and tests" build_and_test asan
 stage "TSan build and tests" build_and_test tsan
 stage "optimised build with benchmarks" build_checked release
 stage "end-to-end tests on the optimised program" bash scripts/test-e2e.sh
+stage "Debian package" bash scripts/test-package.sh
 stage "fuzzing" run_fuzzers
 report_test_share
 echo "=== all stages: $((SECONDS - total)) s"

@@ -1,0 +1,109 @@
+// The real program's command line: "--version" and "--help" alone are
+// answered on standard output before the pipe starts; everything else starts
+// the pipe as usual, and a terminal on standard input earns one line of
+// explanation on standard error.
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "ZAMVersion.h"
+#include "protocol/Documents.h"
+#include "protocol/UIReports.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+
+namespace {
+
+constexpr auto kBound = std::chrono::seconds(10);
+const std::vector<std::string> kEnvironment{"PATH=/usr/bin:/bin", "LC_ALL=C"};
+
+std::string Contents(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+int OpenForWriting(const std::string& path) { return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); }
+
+TEST(CommandLine, VersionAndHelpAloneAnswerOnStandardOutputAndExit0) {
+    const struct {
+        const char* argument;
+        std::string expected;  // the start of standard output
+    } rows[] = {{"--version", std::string("ZAMClientUI " ZAM_VERSION "\n")}, {"--help", "usage: ZAMClientUI"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.argument);
+        const Sandbox sandbox;
+        const int out = OpenForWriting(sandbox.Path("out"));
+        const int err = OpenForWriting(sandbox.Path("err"));
+        ASSERT_GE(out, 0);
+        ASSERT_GE(err, 0);
+        ChildProcess program;
+        ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, {row.argument}, {{1, out}, {2, err}}));
+        close(out);
+        close(err);
+        EXPECT_EQ(program.WaitForExit(kBound), 0);
+        const std::string printed = Contents(sandbox.Path("out"));
+        EXPECT_EQ(printed.rfind(row.expected, 0), 0u) << printed;
+        EXPECT_EQ(printed.find("<?xml"), std::string::npos);
+        EXPECT_EQ(Contents(sandbox.Path("err")), "");
+    }
+}
+
+// Anything else is the toolkit's, read only after the initialisation: the
+// program starts its pipe, announces itself first, and says nothing else.
+TEST(CommandLine, AnyOtherCommandLineStartsThePipe) {
+    const std::vector<std::vector<std::string>> rows{
+        {"--versions"}, {"--version", "--help"}, {"--help", "-display", ":0"}, {"-version"}};
+    const std::string ready(ConvertToXML(ReadyForData()).View());
+    for (const auto& arguments : rows) {
+        SCOPED_TRACE(arguments.front() + " (" + std::to_string(arguments.size()) + " arguments)");
+        const Sandbox sandbox;
+        const int err = OpenForWriting(sandbox.Path("err"));
+        ASSERT_GE(err, 0);
+        ChildProcess program;
+        ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, arguments, {{2, err}}));
+        close(err);
+        EXPECT_EQ(program.ReadFrame(kBound), ready);
+        EXPECT_EQ(Contents(sandbox.Path("err")), "");
+        program.Stop(std::chrono::seconds(1));
+    }
+}
+
+TEST(CommandLine, ATerminalOnStandardInputGetsOneLineThenThePipeStarts) {
+    const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_GE(master, 0);
+    ASSERT_EQ(grantpt(master), 0);
+    ASSERT_EQ(unlockpt(master), 0);
+    const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_GE(terminal, 0);
+    const Sandbox sandbox;
+    const int err = OpenForWriting(sandbox.Path("err"));
+    ASSERT_GE(err, 0);
+
+    ChildProcess program;
+    ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, {}, {{0, terminal}, {2, err}}));
+    close(terminal);
+    close(err);
+    EXPECT_EQ(program.ReadFrame(kBound), std::string(ConvertToXML(ReadyForData()).View()));
+    const std::string notice = Contents(sandbox.Path("err"));
+    EXPECT_EQ(std::count(notice.begin(), notice.end(), '\n'), 1) << notice;
+    EXPECT_EQ(notice.back(), '\n');
+    EXPECT_NE(notice.find("zam-client"), std::string::npos) << notice;
+    // Still waiting for the client: the terminal is its input now.
+    EXPECT_FALSE(program.WaitForExit(std::chrono::milliseconds(1500)));
+    program.Stop(std::chrono::seconds(1));
+    close(master);
+}
+
+}  // namespace
