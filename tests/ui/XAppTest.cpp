@@ -1,6 +1,5 @@
 // The X side in this process, on the test program's own Xvfb.
 
-#include <chrono>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -10,11 +9,9 @@
 
 #include "app/ClientLink.h"
 #include "app/Exit.h"
-#include "tests/support/ForkedCheck.h"
 #include "tests/support/ProgramSettings.h"
 #include "tests/support/Xvfb.h"
 #include "ui/DefaultFontSet.h"
-#include "ui/ErrorHandlers.h"
 #include "ui/FontOwners.h"
 #include "ui/HiddenWindow.h"
 #include "ui/WidgetHelpers.h"
@@ -200,23 +197,6 @@ TEST_F(XApp, CentresAndScrollsWidgets) {
     XawListHighlight(list, 6);
     ScrollSelectedItemIntoView(viewport, list);
     EXPECT_FLOAT_EQ(jumpedTo, 6.0f / 8.0f);
-}
-
-// A protocol error ends the process with -1 through the program's handler.
-TEST_F(XApp, AnXProtocolErrorEndsTheProcessWith255) {
-    const int status = RunInForkedChild(
-        [] {
-            SetExitFunctionForTesting(nullptr);  // the real ending, on our own connection
-            app_context = nullptr;
-            Display* own = XOpenDisplay(nullptr);
-            if (own == nullptr) return 2;
-            XSetErrorHandler(X_ErrorHandler);
-            XMapWindow(own, static_cast<Window>(0x7fffffff));
-            XSync(own, False);
-            return 3;  // the handler never returns
-        },
-        std::chrono::seconds(30));
-    EXPECT_EQ(status, 255);
 }
 
 }  // namespace
