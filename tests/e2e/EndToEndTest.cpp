@@ -93,26 +93,6 @@ TEST(EndToEnd, AMalformedDocumentDropsItsBatchAndTheNextIsHandled) {
     EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
-TEST(EndToEnd, TheHarnessClicksWithRealPointerEvents) {
-    LiveProgram program;
-    Display* x = program.X();
-    ASSERT_NE(x, nullptr);
-    const Window target = XCreateSimpleWindow(x, DefaultRootWindow(x), 100, 100, 50, 50, 0, 0, 0);
-    XStoreName(x, target, "ClickTarget");
-    XSelectInput(x, target, ButtonPressMask | StructureNotifyMask);
-    XMapWindow(x, target);
-    XEvent event;
-    do ASSERT_TRUE(program.NextEvent(event));
-    while (event.type != MapNotify);
-    ASSERT_EQ(program.WaitForTopLevelWindows("ClickTarget").size(), 1u);
-    EXPECT_TRUE(program.IsMapped(target));
-    program.ClickAt(target, 10, 20);
-    do ASSERT_TRUE(program.NextEvent(event));
-    while (event.type != ButtonPress);
-    EXPECT_EQ(event.xbutton.x, 10);
-    EXPECT_EQ(event.xbutton.y, 20);
-}
-
 // The client killed outright leaves no program behind: its death signal
 // ends it, and this process, as the subreaper, collects it.
 TEST(EndToEnd, KillingTheClientEndsTheProgram) {

@@ -1,6 +1,5 @@
 // The X side in this process, on the test program's own Xvfb.
 
-#include <chrono>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -10,11 +9,9 @@
 
 #include "app/ClientLink.h"
 #include "app/Exit.h"
-#include "tests/support/ForkedCheck.h"
 #include "tests/support/ProgramSettings.h"
 #include "tests/support/Xvfb.h"
 #include "ui/DefaultFontSet.h"
-#include "ui/ErrorHandlers.h"
 #include "ui/FontOwners.h"
 #include "ui/HiddenWindow.h"
 #include "ui/WidgetHelpers.h"
@@ -27,7 +24,6 @@
 #include <X11/StringDefs.h>
 #include <X11/Xaw/List.h>
 #include <X11/Xaw/Viewport.h>
-#include <X11/Xutil.h>
 
 // The Athena vendor shell keeps a small input-method record per shell that
 // closing the display does not free: the library's, not ours. The toolkit has
@@ -83,34 +79,33 @@ protected:
     }
 };
 
-// One test: the window is made once per process. Its name and map state are
-// checked on the real program.
+// One test: the window is made once per process. Its name is checked on the
+// real program.
 TEST_F(XApp, TheHiddenWindowIsMadeOnceAndOnlyOpensOnOpen) {
     CreateHiddenWindowOnce();
     const Widget hidden = zamHidden;
     ASSERT_NE(hidden, nullptr);
     CreateHiddenWindowOnce();
     EXPECT_EQ(zamHidden, hidden);
+    XWindowAttributes attributes{};
+    ASSERT_NE(XGetWindowAttributes(display, XtWindow(hidden), &attributes), 0);
+    EXPECT_EQ(attributes.map_state, IsUnmapped);
 
     // Sent from a second connection, as another process would.
     Display* sender = XOpenDisplay(nullptr);
     ASSERT_NE(sender, nullptr);
-    const Atom type = XInternAtom(sender, "ZAM_TEST_REQUEST", False);
-    const std::pair<const char*, bool> cases[] = {{"open", true}, {"OPEN", false}};
-    for (const auto& [data, opens] : cases) {
-        SCOPED_TRACE(data);
-        XEvent event = ClientMessageEvent(XtWindow(hidden), type, 8);
-        std::strncpy(event.xclient.data.b, data, sizeof event.xclient.data.b);
-        ASSERT_NE(XSendEvent(sender, XtWindow(hidden), False, NoEventMask, &event), 0);
-        XSync(sender, False);
-        XSync(display, False);  // now the sent event is queued here
-        while (XtAppPending(app_context) & XtIMXEvent) XtAppProcessEvent(app_context, XtIMXEvent);
-        FiFoQueue<std::unique_ptr<UICommand>> queued;
-        uiCommandQ.ReadMessages(queued);
-        ASSERT_EQ(queued.Size(), opens ? 1u : 0u);
-        while (!queued.IsEmpty()) EXPECT_EQ(queued.TakeFront()->type, UICommandType::OpenDialog);
-    }
+    // Which data opens is checked on the dispatch.
+    XEvent event = ClientMessageEvent(XtWindow(hidden), XInternAtom(sender, "ZAM_TEST_REQUEST", False), 8);
+    std::strncpy(event.xclient.data.b, "open", sizeof event.xclient.data.b);
+    ASSERT_NE(XSendEvent(sender, XtWindow(hidden), False, NoEventMask, &event), 0);
+    XSync(sender, False);
     XCloseDisplay(sender);
+    XSync(display, False);  // now the sent event is queued here
+    while (XtAppPending(app_context) & XtIMXEvent) XtAppProcessEvent(app_context, XtIMXEvent);
+    FiFoQueue<std::unique_ptr<UICommand>> queued;
+    uiCommandQ.ReadMessages(queued);
+    ASSERT_EQ(queued.Size(), 1u);
+    EXPECT_EQ(queued.TakeFront()->type, UICommandType::OpenDialog);
 }
 
 TEST_F(XApp, OnlyTheWindowManagersDeleteMessageCloses) {
@@ -136,15 +131,8 @@ TEST_F(XApp, OnlyTheWindowManagersDeleteMessageCloses) {
         EXPECT_EQ(IsDeleteWindowMessage(display, event), c.closes);
     }
 
+    // Each dialog announces the message: checked with the dialogs.
     const Widget shell = SizedShell();
-    AnnounceDeleteWindow(shell);
-    Atom* announced = nullptr;
-    int count = 0;
-    ASSERT_NE(XGetWMProtocols(display, XtWindow(shell), &announced, &count), 0);
-    ASSERT_EQ(count, 1);
-    EXPECT_EQ(announced[0], deleteWindow);
-    XFree(announced);
-
     XEvent close = ClientMessageEvent(XtWindow(shell), protocols, 32, deleteWindow);
     SystemMenuClose(shell, &close, nullptr, nullptr);
     EXPECT_EQ(exitStatuses, std::vector<int>{0});
@@ -200,23 +188,6 @@ TEST_F(XApp, CentresAndScrollsWidgets) {
     XawListHighlight(list, 6);
     ScrollSelectedItemIntoView(viewport, list);
     EXPECT_FLOAT_EQ(jumpedTo, 6.0f / 8.0f);
-}
-
-// A protocol error ends the process with -1 through the program's handler.
-TEST_F(XApp, AnXProtocolErrorEndsTheProcessWith255) {
-    const int status = RunInForkedChild(
-        [] {
-            SetExitFunctionForTesting(nullptr);  // the real ending, on our own connection
-            app_context = nullptr;
-            Display* own = XOpenDisplay(nullptr);
-            if (own == nullptr) return 2;
-            XSetErrorHandler(X_ErrorHandler);
-            XMapWindow(own, static_cast<Window>(0x7fffffff));
-            XSync(own, False);
-            return 3;  // the handler never returns
-        },
-        std::chrono::seconds(30));
-    EXPECT_EQ(status, 255);
 }
 
 }  // namespace

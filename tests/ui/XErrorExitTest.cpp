@@ -1,12 +1,15 @@
-// The endings of the X side's error handlers, each in a process of its own:
-// an X error ends the program with 255 wherever it is reported, also inside a
-// call that waits for the server's reply, and the font report carries the
-// toolkit's own wording.
+// The endings of the X side, each in a process of its own: an X or toolkit
+// error ends the program with 255 wherever it is reported, also inside a call
+// that waits for the server's reply; a lost display and the font report end
+// it with 0, the report in the toolkit's own wording; an exception out of a
+// tick ends the loop, and InitXApp returns 0.
 
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,6 +19,8 @@
 
 #include "app/ClientLink.h"
 #include "app/Settings.h"
+#include "base/xml/SimpleXML.h"
+#include "protocol/UIReports.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/Xvfb.h"
@@ -37,16 +42,8 @@ std::optional<int> ProgramStatus(const std::vector<std::string>& options) {
     const Sandbox sandbox;
     const std::string base = sandbox.Path("base");
     ChildProcess program;
-    const bool started = program.Fork([&] {
-        std::vector<char*> argv{const_cast<char*>(ZAM_CLIENTUI_BINARY)};
-        for (const std::string& option : options) argv.push_back(const_cast<char*>(option.c_str()));
-        argv.push_back(nullptr);
-        const std::string display = std::string("DISPLAY=") + getenv("DISPLAY");
-        char* envp[] = {const_cast<char*>(display.c_str()), const_cast<char*>("LANG=C"),
-                        const_cast<char*>("HOME=/nonexistent"), nullptr};
-        execve(ZAM_CLIENTUI_BINARY, argv.data(), envp);
-        return 127;
-    });
+    const bool started = program.Exec(
+        ZAM_CLIENTUI_BINARY, {std::string("DISPLAY=") + getenv("DISPLAY"), "LANG=C", "HOME=/nonexistent"}, options);
     std::optional<int> status;
     if (started && program.ReadFrame(kBound) && program.WriteFrame(InitializationDocument(base))) {
         status = program.WaitForExit(kBound);
@@ -76,7 +73,8 @@ struct Ending {
 };
 
 // InitXApp as main runs it after initialisation, in a forked child on the
-// pipe, with `tick` run on the first tick.
+// pipe, with `tick` run on the first tick. InitXApp's own return ends the
+// child with 100 more than its result, telling it from an ExitCleanup.
 Ending RunInitXApp(void (*tick)()) {
     firstTick = tick;
     ChildProcess child;
@@ -90,7 +88,7 @@ Ending RunInitXApp(void (*tick)()) {
         WireDialogCalls(&screen);
         char name[] = "ZAMClientUI";
         char* argv[] = {name, nullptr};
-        return InitXApp(1, argv) + 100;  // InitXApp only comes back after an exception
+        return InitXApp(1, argv) + 100;
     });
     if (!started) return ending;
     while (auto frame = child.ReadFrame(kBound)) ending.frames.push_back(*frame);
@@ -98,16 +96,47 @@ Ending RunInitXApp(void (*tick)()) {
     return ending;
 }
 
-TEST(XErrorExit, AnErrorPickedUpByTheIdleLoopEndsTheProgramWith255) {
-    const Ending ending = RunInitXApp([] {
+class TickFailure : public DebuggableException {};
+
+TEST(XErrorExit, EachEndingOfTheLoop) {
+    struct Case {
+        const char* name;
+        void (*tick)();
+        int status;
+        bool silent;  // nothing reaches the pipe
+    };
+    const Case cases[] = {
         // Nothing waits for a reply: the error arrives while the loop waits for events.
-        XMapWindow(display, static_cast<Window>(0x7fffffff));
-        XFlush(display);
-    });
-    EXPECT_EQ(ending.status, 255);
+        {"X error in the idle loop",
+         [] {
+             XMapWindow(display, static_cast<Window>(0x7fffffff));
+             XFlush(display);
+         },
+         255, false},
+        {"lost display", [] { shutdown(ConnectionNumber(display), SHUT_RDWR); }, 0, false},
+        {"toolkit error",
+         [] { XtAppErrorMsg(app_context, "invalidParameter", "test", "XtToolkitError", "A broken call", nullptr, nullptr); },
+         255, true},
+        {"exception out of the tick", [] { throw TickFailure(); }, 100, true},
+        {"another warning, then an exception",
+         [] {
+             XtAppWarningMsg(app_context, "conversionError", "string", "XtToolkitError", "Cannot convert", nullptr,
+                             nullptr);
+             throw TickFailure();
+         },
+         100, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Ending ending = RunInitXApp(c.tick);
+        EXPECT_EQ(ending.status, c.status);
+        if (c.silent) {
+            EXPECT_EQ(ending.frames, std::vector<std::string>{});
+        }
+    }
 }
 
-TEST(XErrorExit, TheFontReportHasTheToolkitsWordingWhateverTheErrorDatabaseSays) {
+TEST(XErrorExit, TheFontReportIsSentTwiceInTheToolkitsWordingWhateverTheErrorDatabaseSays) {
     const Ending ending = RunInitXApp([] {
         XrmPutStringResource(XtAppGetErrorDatabase(app_context), "noFont.cvtStringToFontSet",
                              "A wording of this machine");
@@ -116,9 +145,14 @@ TEST(XErrorExit, TheFontReportHasTheToolkitsWordingWhateverTheErrorDatabaseSays)
     });
     EXPECT_EQ(ending.status, 0);
     ASSERT_EQ(ending.frames.size(), 2u);
-    EXPECT_NE(ending.frames[0].find("<DebugString>noFont (Unable to load any usable fontset)</DebugString>"),
-              std::string::npos)
-        << ending.frames[0];
+    EXPECT_EQ(ending.frames[0], ending.frames[1]);
+    const std::unique_ptr<XMLElement> root = SimpleXML::Parse(UStringRef<UTF8>(ending.frames[0]));
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->Name().View(), "ClientToUI");
+    ClientUIErrorMessage error;
+    XMLSerialize(root->GetChildElement("ClientUIErrorMessage"), error);
+    EXPECT_EQ(error.errorCode, 1u);
+    EXPECT_EQ(error.debugString, "noFont (Unable to load any usable fontset)");
 }
 
 }  // namespace
