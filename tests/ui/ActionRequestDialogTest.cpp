@@ -30,7 +30,9 @@
 #include <X11/Xaw/List.h>
 #include <X11/extensions/XTest.h>
 
-extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\n"; }
+extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\nleak:_XawImRegister\n"; }
+// Whole stacks through the toolkit's libraries, so the suppressions above find their frames.
+extern "C" const char* __asan_default_options() { return "fast_unwind_on_malloc=0"; }
 
 namespace {
 

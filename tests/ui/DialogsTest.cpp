@@ -44,7 +44,7 @@
 #include <X11/extensions/XTest.h>
 
 // The Athena vendor shell's input-method record is the library's, not ours.
-extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\n"; }
+extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\nleak:_XawImRegister\n"; }
 extern "C" const char* __asan_default_options() { return "fast_unwind_on_malloc=0"; }
 
 namespace {
