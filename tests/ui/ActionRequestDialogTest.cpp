@@ -206,6 +206,8 @@ TEST_F(ActionDialog, RefreshRules) {
          ("One" + one + "+|Action Details-|Snooze+|mapped|in 1 minute>in 2 hours+")},
         {"preview selected", {Action(1, "One"), Action(2, "Two", 0, true, "script")}, 1, 5,
          ("Two" + one + "+|Action Details+|Snooze+|mapped|in 1 minute>in 5 minutes+")},
+        {"deadline entry remembered", {Action(1, "One", 60)}, -1, -15,
+         "There is 1 pending action." + none + "+|unmapped|15 minutes before deadline>15 minutes before deadline+"},
         {"untitled not listed", {Action(1, ""), Action(2, "Two")}, -1, -15,
          ("There is 1 pending action." + none + "+|unmapped|in 1 minute>in 1 minute+")},
     };
