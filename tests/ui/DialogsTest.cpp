@@ -39,7 +39,6 @@
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/AsciiText.h>
-#include <X11/Xaw/Command.h>
 #include <X11/extensions/XTest.h>
 
 // The Athena vendor shell's input-method record is the library's, not ours.
@@ -214,7 +213,6 @@ TEST_F(Dialogs, WidgetsTextsLayoutAndClicks) {
         std::vector<std::array<int, 4>> row;
         for (const char* name : {"cancel", "ok", "dismiss"}) {
             if (const Widget button = Child(shell, name)) {
-                EXPECT_TRUE(XtIsSubclass(button, commandWidgetClass)) << name;
                 row.push_back(Box(button));
                 EXPECT_GE(row.back()[1], span[3]);                                       // below the span
                 EXPECT_TRUE(row.size() == 1 || row[row.size() - 2][2] < row.back()[0]);  // apart
