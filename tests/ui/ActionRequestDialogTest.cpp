@@ -196,6 +196,8 @@ TEST_F(ActionDialog, RefreshRules) {
     const Case cases[] = {
         {"empty", {}, -1, 5,
          "There are no pending actions.|Take All Actions-|Take Action-|Cancel Action-|Action Details-|Close+|unmapped|>--"},
+        {"none selected", {Action(1, "One"), Action(2, "Two")}, -1, 5,
+         ("There are 2 pending actions." + none + "+|unmapped|in 1 minute>in 5 minutes+")},
         {"not cancellable", {Action(1, "One", 0, false)}, 0, 5,
          ("One" + one + "-|Action Details-|Snooze+|unmapped|in 1 minute>in 5 minutes+")},
         {"deadline under five minutes", {Action(1, "One", 4)}, -1, 5,  // an insensitive list shows no choice
