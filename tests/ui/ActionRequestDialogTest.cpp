@@ -14,7 +14,6 @@
 #include "app/ClientLink.h"
 #include "app/Exit.h"
 #include "app/Settings.h"
-#include "app/Tick.h"
 #include "base/time/Clock.h"
 #include "tests/support/TestData.h"
 #include "tests/support/Xvfb.h"
@@ -201,8 +200,6 @@ TEST_F(ActionDialog, RefreshRules) {
          "There are no pending actions.|Take All Actions-|Take Action-|Cancel Action-|Action Details-|Close+|unmapped|>--"},
         {"none selected", {Action(1, "One"), Action(2, "Two")}, -1, 5,
          ("There are 2 pending actions." + none + "+|unmapped|in 1 minute>in 5 minutes+")},
-        {"cancellable", {Action(1, "One"), Action(2, "Two")}, 1, 5,
-         ("Two" + one + "+|Action Details-|Snooze+|unmapped|in 1 minute>in 5 minutes+")},
         {"not cancellable", {Action(1, "One", 0, false)}, 0, 5,
          ("One" + one + "-|Action Details-|Snooze+|unmapped|in 1 minute>in 5 minutes+")},
         {"deadline under five minutes", {Action(1, "One", 4)}, -1, 5,  // an insensitive list shows no choice
@@ -349,16 +346,6 @@ TEST_F(ActionDialog, NoRowCountOrTitleLengthWrapsASize) {
         actions.clear();
         ActionRequestDialog::Hide();
     }
-}
-
-TEST_F(ActionDialog, OneTickListsTenThousandPendingActions) {
-    for (int i = 0; i < 10000; ++i) actions.push_back(Action(i + 1, "row"));
-    initialized = true;
-    m_postponedTo = Instant(0);
-    RunClientUITick();
-    ActionRequestDialog::FlushRefresh();
-    EXPECT_EQ(Items("viewport").size(), 10000u);
-    initialized = false;
 }
 
 // Last, on a second display of its own, left open until the program ends.
