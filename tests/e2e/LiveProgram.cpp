@@ -129,12 +129,6 @@ bool LiveProgram::IsMapped(Window window) {
     return XGetWindowAttributes(X(), window, &attributes) != 0 && attributes.map_state != IsUnmapped;
 }
 
-bool LiveProgram::NextEvent(XEvent& event) {
-    if (!WaitForXEvent(X(), std::chrono::steady_clock::now() + kCeiling)) return false;
-    XNextEvent(X(), &event);
-    return true;
-}
-
 void LiveProgram::ClickAt(Window window, int x, int y) {
     int rootX = 0, rootY = 0;
     Window child = 0;

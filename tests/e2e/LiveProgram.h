@@ -21,7 +21,6 @@
 
 typedef struct _XDisplay Display;
 typedef unsigned long Window;
-typedef union _XEvent XEvent;
 
 // How long any single wait may take before the test fails.
 constexpr std::chrono::seconds kCeiling{20};
@@ -59,8 +58,6 @@ public:
     // Waits, on X events, until at least one such window exists.
     std::vector<Window> WaitForTopLevelWindows(const std::string& title);
     bool IsMapped(Window window);
-    // The next X event of the test's connection; false if none came within the ceiling.
-    bool NextEvent(XEvent& event);
     // A real pointer click (button 1) at (x, y) inside `window`, through XTest.
     void ClickAt(Window window, int x, int y);
 

@@ -30,6 +30,8 @@ struct Outcome {
 
 // Starts the program under "C" with `brandFile` (if any) as "_brand.xlat", sends
 // one action request, and collects what it sends until it ends or `wait` passes.
+// A refresh failing in the tick unwinds through the toolkit's loop, whose own
+// blocks stay unfreed when main returns: the library's, not a leak of ours.
 Outcome RunWith(const std::string& brandFile, const std::string& title, bool forced, std::chrono::seconds wait) {
     const Sandbox sandbox;
     XvfbServer server;
@@ -50,10 +52,7 @@ Outcome RunWith(const std::string& brandFile, const std::string& title, bool for
         ChildProcess program;
         EXPECT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, {"DISPLAY=" + server.DisplayName(), "PATH=/usr/bin:/bin",
                                                        "LANG=C", "HOME=/nonexistent",
-                                                       // A refresh failing in the tick unwinds through the
-                                                       // toolkit's loop, whose own blocks then stay unfreed
-                                                       // when main returns: not the program's leak.
-                                                       "ASAN_OPTIONS=detect_leaks=0",
+                                                       "ASAN_OPTIONS=detect_leaks=0",  // the leak note above
                                                        "XFILESEARCHPATH=/nonexistent/%N",
                                                        "XUSERFILESEARCHPATH=/nonexistent/%N"}));
         EXPECT_TRUE(program.ReadFrame(std::chrono::seconds(10)));  // ReadyForData
