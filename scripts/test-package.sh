@@ -13,6 +13,13 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+# lintian leaves directories of its own in TMPDIR: keep them in the build tree
+# when the script runs on its own, as the test command does for every stage.
+if [ -z "${TMPDIR:-}" ]; then
+  export TMPDIR=$PWD/build/tmp
+  mkdir -p "$TMPDIR"
+fi
+
 fail() { echo "test-package: $*" >&2; exit 1; }
 
 deb=$(bash scripts/package.sh | tail -n 1)
