@@ -3,9 +3,11 @@
 #include <poll.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -137,4 +139,34 @@ void LiveProgram::ClickAt(Window window, int x, int y) {
     XTestFakeButtonEvent(X(), 1, True, 0);
     XTestFakeButtonEvent(X(), 1, False, 0);
     XSync(X(), False);
+}
+
+void LiveProgram::Click(Window window) {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(X(), window, &attributes);
+    ClickAt(window, attributes.width / 2, attributes.height / 2);
+}
+
+std::vector<Window> LiveProgram::Children(Window window) {
+    Window root = 0, parent = 0;
+    Window* children = nullptr;
+    unsigned int count = 0;
+    std::vector<Window> found;
+    if (XQueryTree(X(), window, &root, &parent, &children, &count) == 0) return found;
+    found.assign(std::reverse_iterator<Window*>(children + count), std::reverse_iterator<Window*>(children));
+    if (children != nullptr) XFree(children);
+    return found;
+}
+
+bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
+    const auto until = std::chrono::steady_clock::now() + kCeiling;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= until) return false;
+        // Any event (a window made, mapped or gone) is a reason to look again.
+        if (WaitForXEvent(X(), std::min(until, std::chrono::steady_clock::now() + std::chrono::milliseconds(100)))) {
+            XEvent event;
+            XNextEvent(X(), &event);
+        }
+    }
+    return true;
 }

@@ -9,6 +9,7 @@
 // one-second ticks. No test asserts how long anything took.
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -60,6 +61,16 @@ public:
     bool IsMapped(Window window);
     // A real pointer click (button 1) at (x, y) inside `window`, through XTest.
     void ClickAt(Window window, int x, int y);
+    // A click in the middle of `window`.
+    void Click(Window window);
+    // The windows of the widgets directly inside `window`, in the order the
+    // program made the widgets: X lists children bottom to top and puts each
+    // new window on top, and the toolkit makes a parent's windows from its
+    // last child to its first.
+    std::vector<Window> Children(Window window);
+    // Looks again at every X event, at least every tenth of a second, until
+    // `condition` holds; false if it still does not after the ceiling.
+    bool WaitUntil(const std::function<bool()>& condition);
 
 private:
     XvfbServer xvfb_;
