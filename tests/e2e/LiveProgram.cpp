@@ -9,6 +9,7 @@
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -169,4 +170,92 @@ bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
         }
     }
     return true;
+}
+
+ActionDialogWindows LiveProgram::WaitForActionDialog() {
+    ActionDialogWindows dialog;
+    const std::vector<Window> shells = WaitForTopLevelWindows("Action Requests");
+    if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
+        ADD_FAILURE() << shells.size() << " action request dialogs, or none mapped";
+        return dialog;
+    }
+    // shell > form > actiontitle, actiondesc, actionListLabel, viewport,
+    // takeAllActions, takeActions, cancelAction, actionDetails, snoozeLabel,
+    // snoozeViewport, snoozeButton; a viewport > its clip > the list.
+    const std::vector<Window> form = Children(shells[0]);
+    const std::vector<Window> widgets = form.size() == 1 ? Children(form[0]) : std::vector<Window>();
+    if (widgets.size() != 11) {
+        ADD_FAILURE() << "the action request dialog has " << widgets.size() << " widget windows, not 11";
+        return dialog;
+    }
+    // Of a viewport's two windows, its clip is the one with the list inside.
+    const auto listIn = [&](Window viewport) {
+        for (Window part : Children(viewport)) {
+            if (const std::vector<Window> inside = Children(part); inside.size() == 1) return inside[0];
+        }
+        return Window(0);
+    };
+    dialog = {shells[0], listIn(widgets[3]), widgets[4], widgets[5], widgets[6], widgets[7], listIn(widgets[9]),
+              widgets[10]};
+    return dialog;
+}
+
+std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
+    // The viewport's clip window is always wholly on screen, unlike a long list.
+    Window root = 0, clip = 0;
+    Window* children = nullptr;
+    unsigned int count = 0;
+    std::vector<ShownRow> rows;
+    if (XQueryTree(X(), list, &root, &clip, &children, &count) == 0) return rows;
+    if (children != nullptr) XFree(children);
+    XWindowAttributes clipSize{}, listPlace{};
+    XGetWindowAttributes(X(), clip, &clipSize);
+    XGetWindowAttributes(X(), list, &listPlace);
+    XImage* image = XGetImage(X(), clip, 0, 0, clipSize.width, clipSize.height, AllPlanes, ZPixmap);
+    if (image == nullptr) return rows;
+    // The list's margin is background; a row is a band of lines with anything
+    // else on them (text, or a highlighted row's block).
+    const unsigned long background = XGetPixel(image, 0, 0);
+    const auto drawn = [&](int x, int y) { return XGetPixel(image, x, y) != background; };
+    const auto lineDrawn = [&](int y) {
+        for (int x = 0; y < clipSize.height && x < clipSize.width; ++x) {
+            if (drawn(x, y)) return true;
+        }
+        return false;
+    };
+    for (int y = 0, start = -1; y <= clipSize.height; ++y) {
+        if (lineDrawn(y)) {
+            if (start < 0) start = y;
+            continue;
+        }
+        if (start < 0) continue;
+        ShownRow row;
+        const int middle = (start + y - 1) / 2;
+        row.left = clipSize.width;
+        int ink = 0;
+        for (int x = 0; x < clipSize.width; ++x) {
+            if (!drawn(x, middle)) continue;
+            row.left = std::min(row.left, x), row.right = x, ++ink;
+        }
+        row.highlighted = 2 * ink > row.right - row.left + 1;
+        row.y = middle - listPlace.y;
+        row.left -= listPlace.x, row.right -= listPlace.x;
+        rows.push_back(row);
+        start = -1;
+    }
+    XDestroyImage(image);
+    return rows;
+}
+
+void LiveProgram::ClickRow(Window list, std::size_t row) {
+    const std::vector<ShownRow> rows = ShownRows(list);
+    ASSERT_LT(row, rows.size()) << "the list shows " << rows.size() << " rows";
+    ClickAt(list, (rows[row].left + rows[row].right) / 2, rows[row].y);
+    // Then the rest of what the click changed has had time to follow: another
+    // click now must not meet a button where it was before.
+    EXPECT_TRUE(WaitUntil([&] {
+        const std::vector<ShownRow> now = ShownRows(list);
+        return row < now.size() && now[row].highlighted;
+    })) << "row " << row << " never showed highlighted";
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
 }

@@ -26,6 +26,15 @@ typedef unsigned long Window;
 // How long any single wait may take before the test fails.
 constexpr std::chrono::seconds kCeiling{20};
 
+// The action request dialog's windows, as the program made its widgets.
+struct ActionDialogWindows {
+    Window shell = 0;
+    Window list = 0;  // the List inside "viewport"
+    Window takeAll = 0, take = 0, cancel = 0, details = 0;
+    Window snoozeList = 0;  // the List inside "snoozeViewport"
+    Window snooze = 0;
+};
+
 class LiveProgram {
 public:
     // Starts the Xvfb; the test fails if it cannot.
@@ -68,6 +77,23 @@ public:
     // new window on top, and the toolkit makes a parent's windows from its
     // last child to its first.
     std::vector<Window> Children(Window window);
+    // Waits until one action request dialog is mapped; its windows, or all
+    // zero (and a test failure) if none is within the ceiling.
+    ActionDialogWindows WaitForActionDialog();
+    // A row of text a list shows, in the list's coordinates: the middle line
+    // of its band, how far drawing reaches on that line, and whether more of
+    // it is drawn than not (the block of a highlighted row).
+    struct ShownRow {
+        int y = 0, left = 0, right = 0;
+        bool highlighted = false;
+    };
+    // The rows a list shows now, read from the screen, so fonts and spacing
+    // do not matter. Only what its viewport shows is seen.
+    std::vector<ShownRow> ShownRows(Window list);
+    // A click on the text of shown row `row` of `list` (the toolkit's list
+    // takes no click beside its items), then waits until the row shows
+    // highlighted; the test fails if there is no such row or it never does.
+    void ClickRow(Window list, std::size_t row);
     // Looks again at every X event, at least every tenth of a second, until
     // `condition` holds; false if it still does not after the ceiling.
     bool WaitUntil(const std::function<bool()>& condition);
