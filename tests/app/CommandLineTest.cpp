@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -29,12 +29,20 @@ const std::vector<std::string> kEnvironment{"PATH=/usr/bin:/bin", "LC_ALL=C"};
 
 std::string Contents(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-int OpenForWriting(const std::string& path) { return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); }
+// Starts the program with `arguments`, standard error into the file "err" of
+// `sandbox` and the test's descriptors `more` (child -> test) on top.
+bool Start(ChildProcess& program, const Sandbox& sandbox, const std::vector<std::string>& arguments,
+           ChildProcess::Descriptors more = {}) {
+    more[2] = open(sandbox.Path("err").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const bool started = more[2] >= 0 && program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, arguments, more);
+    close(more[2]);
+    return started;
+}
+
+std::string Ready() { return std::string(ConvertToXML(ReadyForData()).View()); }
 
 TEST(CommandLine, VersionAndHelpAloneAnswerOnStandardOutputAndExit0) {
     const struct {
@@ -44,14 +52,10 @@ TEST(CommandLine, VersionAndHelpAloneAnswerOnStandardOutputAndExit0) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.argument);
         const Sandbox sandbox;
-        const int out = OpenForWriting(sandbox.Path("out"));
-        const int err = OpenForWriting(sandbox.Path("err"));
-        ASSERT_GE(out, 0);
-        ASSERT_GE(err, 0);
+        const int out = open(sandbox.Path("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
         ChildProcess program;
-        ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, {row.argument}, {{1, out}, {2, err}}));
+        ASSERT_TRUE(Start(program, sandbox, {row.argument}, {{1, out}}));
         close(out);
-        close(err);
         EXPECT_EQ(program.WaitForExit(kBound), 0);
         const std::string printed = Contents(sandbox.Path("out"));
         EXPECT_EQ(printed.rfind(row.expected, 0), 0u) << printed;
@@ -65,16 +69,12 @@ TEST(CommandLine, VersionAndHelpAloneAnswerOnStandardOutputAndExit0) {
 TEST(CommandLine, AnyOtherCommandLineStartsThePipe) {
     const std::vector<std::vector<std::string>> rows{
         {"--versions"}, {"--version", "--help"}, {"--help", "-display", ":0"}, {"-version"}};
-    const std::string ready(ConvertToXML(ReadyForData()).View());
     for (const auto& arguments : rows) {
         SCOPED_TRACE(arguments.front() + " (" + std::to_string(arguments.size()) + " arguments)");
         const Sandbox sandbox;
-        const int err = OpenForWriting(sandbox.Path("err"));
-        ASSERT_GE(err, 0);
         ChildProcess program;
-        ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, arguments, {{2, err}}));
-        close(err);
-        EXPECT_EQ(program.ReadFrame(kBound), ready);
+        ASSERT_TRUE(Start(program, sandbox, arguments));
+        EXPECT_EQ(program.ReadFrame(kBound), Ready());
         EXPECT_EQ(Contents(sandbox.Path("err")), "");
         program.Stop(std::chrono::seconds(1));
     }
@@ -88,14 +88,10 @@ TEST(CommandLine, ATerminalOnStandardInputGetsOneLineThenThePipeStarts) {
     const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_GE(terminal, 0);
     const Sandbox sandbox;
-    const int err = OpenForWriting(sandbox.Path("err"));
-    ASSERT_GE(err, 0);
-
     ChildProcess program;
-    ASSERT_TRUE(program.Exec(ZAM_CLIENTUI_BINARY, kEnvironment, {}, {{0, terminal}, {2, err}}));
+    ASSERT_TRUE(Start(program, sandbox, {}, {{0, terminal}}));
     close(terminal);
-    close(err);
-    EXPECT_EQ(program.ReadFrame(kBound), std::string(ConvertToXML(ReadyForData()).View()));
+    EXPECT_EQ(program.ReadFrame(kBound), Ready());
     const std::string notice = Contents(sandbox.Path("err"));
     EXPECT_EQ(std::count(notice.begin(), notice.end(), '\n'), 1) << notice;
     EXPECT_EQ(notice.back(), '\n');

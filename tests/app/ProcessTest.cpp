@@ -14,8 +14,6 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 // Generous: the program needs about three seconds (a poll, then its exit pause).
 constexpr auto kExitBound = std::chrono::seconds(6);
 
@@ -30,13 +28,11 @@ protected:
     ChildProcess program_;
 };
 
-TEST_F(Process, EndsSoonAfterTheClientCloses) {
+// The bound is the only time here: at most a second until the next poll,
+// then the two-second exit pause.
+TEST_F(Process, EndsAfterTheClientCloses) {
     program_.CloseInput();
-    const auto start = Clock::now();
     EXPECT_EQ(program_.WaitForExit(kExitBound), 0);
-    // At most a second until the next poll, then the two-second exit pause;
-    // the slack covers a loaded machine running the sanitizer builds.
-    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(5000));
 }
 
 TEST_F(Process, AnOversizedFrameEndsIt) {
