@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 #include <gtest/gtest.h>
 
@@ -36,9 +36,7 @@ std::string Kinds(const std::vector<Report>& reports) {
 
 std::string FileText(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 TEST(EndToEnd, InitialisationWritesTheFilesThenTheHiddenWindowAppearsUnmapped) {
