@@ -70,7 +70,10 @@ double Refresh() {
 
 int main() {
     BenchXvfb server;
-    if (!server.Start() || !OpenProgramDisplay()) return 1;
+    if (!server.Start() || !OpenProgramDisplay()) {
+        std::fprintf(stderr, "no private X server\n");
+        return 1;
+    }
     static XDialogCalls screen;
     WireDialogCalls(&screen);
     ActionRequestDialog::Show(false, TimeInterval(300000000), true);

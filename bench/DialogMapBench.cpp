@@ -101,11 +101,11 @@ int main(int argc, char** argv) {
     for (int i = 1; i <= 1000; ++i) {
         cycle();
         hide();
-        if (i == 10) heapAt10 = mallinfo2().uordblks, rssAt10 = StatusKiB("self", "VmRSS");
+        if (i == 10) heapAt10 = mallinfo2().uordblks, rssAt10 = ProcKiB("self", "status", "VmRSS");
     }
     const std::size_t heapAt1000 = mallinfo2().uordblks;
     std::printf("heap in use after 10 cycles %zu B, after 1000 %zu B (%+ld B); RSS %ld KiB, then %ld KiB\n", heapAt10,
-                heapAt1000, static_cast<long>(heapAt1000) - static_cast<long>(heapAt10), rssAt10, StatusKiB("self", "VmRSS"));
+                heapAt1000, static_cast<long>(heapAt1000) - static_cast<long>(heapAt10), rssAt10, ProcKiB("self", "status", "VmRSS"));
 
     return 0;
 }
