@@ -104,8 +104,9 @@ int main(int argc, char** argv) {
         if (i == 10) heapAt10 = mallinfo2().uordblks, rssAt10 = ProcKiB("self", "status", "VmRSS");
     }
     const std::size_t heapAt1000 = mallinfo2().uordblks;
+    const long rssAt1000 = ProcKiB("self", "status", "VmRSS");
     std::printf("heap in use after 10 cycles %zu B, after 1000 %zu B (%+ld B); RSS %ld KiB, then %ld KiB\n", heapAt10,
-                heapAt1000, static_cast<long>(heapAt1000) - static_cast<long>(heapAt10), rssAt10, ProcKiB("self", "status", "VmRSS"));
+                heapAt1000, static_cast<long>(heapAt1000) - static_cast<long>(heapAt10), rssAt10, rssAt1000);
 
     return 0;
 }
