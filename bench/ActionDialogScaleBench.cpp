@@ -8,8 +8,8 @@
 //
 //   bench/ActionDialogScaleBench
 //
-// The documents are larger than one pipe frame may be (2 MiB holds about
-// 2,800 such requests): the big ones measure the program's side only.
+// The documents of 10,000 and 50,000 are larger than one pipe frame may be
+// (2 MiB holds about 3,000 such requests): they measure the program's side only.
 
 #include <algorithm>
 #include <cstdio>
