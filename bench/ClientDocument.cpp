@@ -2,6 +2,8 @@
 
 namespace {
 
+const char kOpening[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ClientToUI>\n";
+
 // One ActionRequest as the client writes it: tab-indented, with escapes in
 // text and the script in a CDATA section.
 std::string ActionRequestElement(int id) {
@@ -27,11 +29,17 @@ std::string ActionRequestElement(int id) {
 }  // namespace
 
 std::string ClientDocument(std::size_t atLeast) {
-    std::string doc = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ClientToUI>\n";
+    std::string doc = kOpening;
     int id = 1;
     do {
         doc += ActionRequestElement(id++);
     } while (doc.size() < atLeast);
+    return doc + "</ClientToUI>";
+}
+
+std::string ClientDocumentOf(int requests) {
+    std::string doc = kOpening;
+    for (int id = 1; id <= requests; ++id) doc += ActionRequestElement(id);
     return doc + "</ClientToUI>";
 }
 

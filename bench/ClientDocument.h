@@ -7,3 +7,7 @@
 // requests as the client writes them, tab-indented, with escapes in the text
 // and the script preview in a CDATA section.
 std::string ClientDocument(std::size_t atLeast);
+
+// A client document of exactly `requests` such action requests, IDs 1 to
+// `requests`.
+std::string ClientDocumentOf(int requests);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs every test: installs what is missing, then builds and tests the plain,
-# ASan+UBSan and TSan builds, builds the optimised program and benchmarks,
-# drives the optimised program end to end through the sample client, and
+# ASan+UBSan and TSan builds, builds the optimised program and benchmarks and
+# runs the action dialog's benchmarks (figures only, never a verdict), drives the optimised program end to end through the sample client, and
 # runs each fuzz target for a short while. Any compiler warning fails the run.
 # Exits non-zero on the first failure and prints how long each stage took.
 #
@@ -95,6 +95,18 @@ run_fuzzers() {
   return $found
 }
 
+# The optimised build, then the action dialog's benchmarks, each on an Xvfb of
+# its own: show-to-map time, scale up to 50,000 actions, peak memory beside
+# xmessage. They print figures; only a benchmark that cannot run fails.
+build_and_run_benchmarks() {
+  build_checked release
+  local bench
+  for bench in DialogMapBench ActionDialogScaleBench ActionDialogMemoryBench; do
+    echo "--- $bench"
+    "build/release/bench/$bench"
+  done
+}
+
 # The initialisation tests load translations under a real German locale.
 generate_locales() {
   if ! locale -a 2>/dev/null | grep -ix 'de_DE\.utf-\?8' >/dev/null; then
@@ -179,7 +191,7 @@ fi
 stage "plain build and tests" build_and_test dev
 stage "ASan+UBSan build and tests" build_and_test asan
 stage "TSan build and tests" build_and_test tsan
-stage "optimised build with benchmarks" build_checked release
+stage "optimised build with benchmarks" build_and_run_benchmarks
 stage "end-to-end tests on the optimised program" bash scripts/test-e2e.sh
 stage "Debian package" bash scripts/test-package.sh
 stage "fuzzing" run_fuzzers

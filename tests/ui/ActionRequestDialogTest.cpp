@@ -12,8 +12,10 @@
 
 #include "actions/PendingActions.h"
 #include "app/ClientLink.h"
+#include "app/Dispatch.h"
 #include "app/Exit.h"
 #include "app/Settings.h"
+#include "app/Tick.h"
 #include "base/time/Clock.h"
 #include "tests/support/TestData.h"
 #include "tests/support/Xvfb.h"
@@ -206,6 +208,8 @@ TEST_F(ActionDialog, RefreshRules) {
          ("There is 1 pending action." + none + "-|unmapped|15 minutes before deadline>--")},
         {"preview elsewhere", {Action(1, "One"), Action(2, "Two", 0, true, "script")}, 0, 120,
          ("One" + one + "+|Action Details-|Snooze+|mapped|in 1 minute>in 2 hours+")},
+        {"preview, none selected", {Action(1, "One"), Action(2, "Two", 0, true, "script")}, -1, 5,
+         ("There are 2 pending actions." + none + "+|mapped|in 1 minute>in 5 minutes+")},
         {"preview selected", {Action(1, "One"), Action(2, "Two", 0, true, "script")}, 1, 5,
          ("Two" + one + "+|Action Details+|Snooze+|mapped|in 1 minute>in 5 minutes+")},
         {"deadline entry remembered", {Action(1, "One", 60)}, -1, -15,
@@ -239,6 +243,24 @@ TEST_F(ActionDialog, RowsComeFromTheStoreClientTextsAreValuesCountdownsStopAtFiv
     Refresh();
     EXPECT_NE(Text("actiondesc", XtNstring).find("in 5 minutes, 0 seconds."), std::string::npos);
     EXPECT_TRUE(XtIsSensitive(W("snoozeButton")));
+}
+
+// The reminder of one tick lists 10,000 pending actions; a document arriving
+// while the dialog is shown is listed once its batch ends, before any X event.
+TEST_F(ActionDialog, ATickListsTenThousandAndABatchEndsListingItsActions) {
+    for (int i = 1; i <= 10000; ++i) actions.push_back(Action(i, ("Action " + std::to_string(i)).c_str()));
+    initialized = true;
+    RunClientUITick();
+    std::vector<std::string> rows = Items("viewport");
+    EXPECT_EQ(std::to_string(rows.size()) + ":" + rows.front() + "|" + rows.back(), "10000:Action 1|Action 10000");
+    UIMessage message;
+    message.text = AutoUString<UTF8>("<ClientToUI><ActionRequest><ID>10001</ID><Title>New</Title></ActionRequest>"
+                                     "</ClientToUI>");
+    readQ.WriteMessage(std::move(message));
+    ProcessMessagesFromClient();
+    rows = Items("viewport");
+    EXPECT_EQ(std::to_string(rows.size()) + ":" + rows.back(), "10001:New");
+    initialized = false;
 }
 
 TEST_F(ActionDialog, SelectionSurvivesHidingWhileEveryRefreshResetsTheSnoozeChoice) {
