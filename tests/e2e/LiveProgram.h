@@ -67,6 +67,7 @@ public:
     std::vector<Window> TopLevelWindows(const std::string& title);
     // Waits, on X events, until at least one such window exists.
     std::vector<Window> WaitForTopLevelWindows(const std::string& title);
+    // False too for a window that is gone.
     bool IsMapped(Window window);
     // A real pointer click (button 1) at (x, y) inside `window`, through XTest.
     void ClickAt(Window window, int x, int y);
