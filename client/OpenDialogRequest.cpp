@@ -12,6 +12,11 @@ namespace {
 
 constexpr char kHiddenWindowName[] = "ZAMClientUIHiddenWindow";
 
+// Other clients' windows may go at any moment between a look and the next
+// request about them; an error for one that has gone is no failure of ours,
+// where Xlib's own handler would end the client.
+int IgnoreGoneWindows(Display*, XErrorEvent*) { return 0; }
+
 int SendToNamedWindows(Display* display) {
     Window root = 0, parent = 0;
     Window* children = nullptr;
@@ -48,6 +53,7 @@ int SendOpenRequest(const std::string& displayName, std::chrono::milliseconds li
         error = std::string("cannot open the display \"") + (name != nullptr ? name : "") + "\"";
         return 0;
     }
+    const XErrorHandler previous = XSetErrorHandler(IgnoreGoneWindows);
     const auto until = std::chrono::steady_clock::now() + limit;
     // New top-level windows announce themselves on the root; their names come
     // as property changes. Selected before the first look, so nothing made in
@@ -72,5 +78,6 @@ int SendOpenRequest(const std::string& displayName, std::chrono::milliseconds li
         poll(&connection, 1, static_cast<int>(left));
     }
     XCloseDisplay(display);
+    XSetErrorHandler(previous);
     return sent;
 }
