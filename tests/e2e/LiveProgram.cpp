@@ -63,8 +63,10 @@ void LiveProgram::Start(const Scenario& scenario) {
     SessionOptions options;
     options.program = ZAM_CLIENTUI_BINARY;
     // An explicit environment: nothing of the test's own reaches the program.
+    // An installed app-defaults file or a user's resources never change what a test sees.
     options.environment = {"DISPLAY=" + xvfb_.DisplayName(), "PATH=/usr/bin:/bin", "LANG=C",
-                           "HOME=" + sandbox_.Root()};
+                           "HOME=" + sandbox_.Root(), "XFILESEARCHPATH=/nonexistent/%N",
+                           "XUSERFILESEARCHPATH=/nonexistent/%N"};
     options.baseDirectory = sandbox_.Path("base");
     options.readyTimeout = kCeiling;
     options.exitTimeout = kCeiling;
