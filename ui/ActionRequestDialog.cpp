@@ -608,6 +608,11 @@ void Show(bool, const TimeInterval& remindInterval, bool snoozable) {
 
 void Update() {
     if (app_context == nullptr || dialog.w.shell == nullptr || !dialog.enabled) return;
+    // The refresh waits for the end of the batch, but a selection must not
+    // outlive a list that shrank below it on the way (everything removed, then
+    // a new action in the same document): the new action would show chosen.
+    // The pending list is never shorter than the list it makes.
+    if (dialog.selected >= 0 && actions.size() <= static_cast<std::size_t>(dialog.selected)) dialog.selected = -1;
     dialog.refreshOwed = true;
     if (dialog.idleRefreshContext != app_context) {
         XtAppAddWorkProc(app_context, IdleRefresh, nullptr);

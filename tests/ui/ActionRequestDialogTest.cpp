@@ -246,7 +246,8 @@ TEST_F(ActionDialog, RowsComeFromTheStoreClientTextsAreValuesCountdownsStopAtFiv
 }
 
 // The reminder of one tick lists 10,000 pending actions; a document arriving
-// while the dialog is shown is listed once its batch ends, before any X event.
+// while the dialog is shown is listed once its batch ends, before any X event;
+// a selection does not pass to an action that replaced the chosen one in a batch.
 TEST_F(ActionDialog, ATickListsTenThousandAndABatchEndsListingItsActions) {
     for (int i = 1; i <= 10000; ++i) actions.push_back(Action(i, ("Action " + std::to_string(i)).c_str()));
     initialized = true;
@@ -260,6 +261,16 @@ TEST_F(ActionDialog, ATickListsTenThousandAndABatchEndsListingItsActions) {
     ProcessMessagesFromClient();
     rows = Items("viewport");
     EXPECT_EQ(std::to_string(rows.size()) + ":" + rows.back(), "10001:New");
+    // The chosen action removed and a new one come in one batch: the new one is not chosen.
+    actions = {Action(1, "One")};
+    Refresh();
+    ClickRow("viewport", 0);
+    message.text = AutoUString<UTF8>("<ClientToUI><RemoveRequest><RemoveType>Action</RemoveType><ID>1</ID>"
+                                     "</RemoveRequest><ActionRequest><ID>2</ID><Title>Two</Title></ActionRequest>"
+                                     "</ClientToUI>");
+    readQ.WriteMessage(std::move(message));
+    ProcessMessagesFromClient();
+    EXPECT_EQ(Text("actiontitle"), "There is 1 pending action.");
     initialized = false;
 }
 
