@@ -116,7 +116,7 @@ at_mark() {
       dialog=$(newest_dialog)
       border=$(sed -n 's/^\*borderColor:[[:space:]]*\(#[0-9A-Fa-f]\{6\}\).*/\1/p' data/app-defaults/XZAMClientUI)
       xwd -id "$dialog" -silent | xwdtopnm 2>/dev/null |
-        pnmmargin -color "${border:-#808080}" 1 | pnmtopng >"$ZAM_SHOTS/${mark#shot-}.png"
+        pnmmargin -color "${border:-#808080}" 1 | pnmtopng >"${ZAM_SHOTS:?}/${mark#shot-}.png"
       ;;
     *) echo "screenshots: the mark $mark means nothing here" >&2; return 1 ;;
   esac
@@ -138,7 +138,7 @@ cmake --build --preset release --target ZAMClientUI zam-client
 # Only the checkout's look: no installed copy, no user's resources.
 export XFILESEARCHPATH="$PWD/data/app-defaults/%N"
 unset XAPPLRESDIR XUSERFILESEARCHPATH XENVIRONMENT
-# The same texts and times on every machine.
+# The same texts and time zone on every machine.
 export LC_ALL=C.UTF-8 TZ=UTC
 
 . scripts/xvfb.sh
@@ -160,7 +160,8 @@ echo "screenshots: playing on a private Xvfb at $DISPLAY"
 export ZAM_SHOTS="$work/shots"
 mkdir "$ZAM_SHOTS"
 for scenario in examples/dialogs.scenario examples/notices.scenario; do
-  build/release/zam-client --at-mark "bash '$PWD/scripts/screenshots.sh' --mark" "$scenario"
+  # A home of its own: no ~/.Xdefaults reaches the toolkit.
+  HOME="$work" build/release/zam-client --at-mark "bash '$PWD/scripts/screenshots.sh' --mark" "$scenario"
 done
 
 for name in "${expected[@]}"; do
