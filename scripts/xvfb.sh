@@ -1,5 +1,6 @@
 # Sourced by the scripts that need an X server of their own (demo.sh,
-# screenshots.sh): a private Xvfb that is stopped on every way out.
+# screenshots.sh, test-package.sh): a private Xvfb that is stopped on every
+# way out.
 #
 #   start_private_xvfb WORKDIR    starts it, exports DISPLAY; fails if it does not come up
 #   stop_private_xvfb             stops it (again harmless)
