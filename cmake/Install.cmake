@@ -86,6 +86,10 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZAM_PACKAGE_MAINTAINER}")
 # Dependencies come from the binaries (dpkg-shlibdeps); scripts/package.sh
 # fails unless they name libxaw7.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The app-defaults file names the Helvetica of xfonts-100dpi. The fonts are the
+# X server's, which may be another machine's, and without them the dialogs
+# fall back to the toolkit's default font: recommended, not required.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS xfonts-100dpi)
 set(CPACK_STRIP_FILES ON)
 # The app-defaults file is the administrator's to edit: an upgrade keeps changes.
 # (scripts/package.sh packages with the prefix /usr.)

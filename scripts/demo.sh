@@ -43,32 +43,20 @@ if [ -n "${DISPLAY:-}" ]; then
   exec "${client[@]}" "$scenario"
 fi
 
+. scripts/xvfb.sh
 work=$(mktemp -d)
-xvfb_pid=
-stop_xvfb() {
-  if [ -n "$xvfb_pid" ]; then
-    kill "$xvfb_pid" 2>/dev/null || true
-    wait "$xvfb_pid" 2>/dev/null || true
-    xvfb_pid=
-  fi
+cleanup() {
+  stop_private_xvfb
   rm -rf "$work"
 }
-trap stop_xvfb EXIT
+trap cleanup EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-# The server writes its display number to descriptor 3 once it accepts
-# clients, so no number is ever guessed.
-mkfifo "$work/displayfd"
-Xvfb -nolisten tcp -noreset -screen 0 1024x768x24 -displayfd 3 3>"$work/displayfd" >/dev/null 2>&1 &
-xvfb_pid=$!
-number=
-read -r -t 30 number <"$work/displayfd" || true
-if [ -z "$number" ]; then
+if ! start_private_xvfb "$work"; then
   echo "demo: Xvfb did not start" >&2
   exit 1
 fi
-export DISPLAY=":$number"
 echo "demo: no display given; playing on a private Xvfb at $DISPLAY"
 
 shots="$PWD/build/demo"

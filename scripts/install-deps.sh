@@ -13,8 +13,10 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libexpat1-dev libxml2-dev libpugixml-dev
   # an X server of our own for the display tests and the demo
   xvfb xauth x11-utils xfonts-base libxtst-dev
-  # the demo's screenshots: xwd, then xwdtopnm and pnmtopng
-  x11-apps netpbm
+  # the dialogs' font (data/app-defaults/XZAMClientUI)
+  xfonts-100dpi
+  # the demo's screenshots: xwd, then xwdtopnm and pnmtopng; xdotool clicks the dialogs
+  x11-apps netpbm xdotool
   # locales the text tests generate
   locales
   # the Debian package: dependencies from the binaries, its checks, the manual pages

@@ -41,12 +41,9 @@ done
 TMPDIR=${TMPDIR:-/tmp}
 mkdir -p "$TMPDIR"
 work=$(mktemp -d "$TMPDIR/zam-test-$$-XXXXXX")
-xvfb_pid=
+. scripts/xvfb.sh
 cleanup() {
-  if [ -n "$xvfb_pid" ]; then
-    kill "$xvfb_pid" 2>/dev/null || true
-    wait "$xvfb_pid" 2>/dev/null || true
-  fi
+  stop_private_xvfb
   rm -rf -- "$work"
 }
 trap cleanup EXIT
@@ -64,14 +61,8 @@ version=$(awk -F'[()]' 'NR == 1 { print $2 }' packaging/changelog)
 [ "$("$root/usr/bin/ZAMClientUI" --version </dev/null 2>&1)" = "ZAMClientUI $version" ] ||
   fail "the unpacked program does not answer --version with $version"
 
-# A private X server; it writes its display number once it accepts clients.
-mkfifo "$work/displayfd"
-Xvfb -nolisten tcp -noreset -screen 0 1024x768x24 -displayfd 3 3>"$work/displayfd" >/dev/null 2>&1 &
-xvfb_pid=$!
-number=
-read -r -t 30 number <"$work/displayfd" || true
-[ -n "$number" ] || fail "Xvfb did not start"
-export DISPLAY=":$number"
+# A private X server.
+start_private_xvfb "$work" || fail "Xvfb did not start"
 unset XAPPLRESDIR XUSERFILESEARCHPATH XENVIRONMENT
 export HOME=$work
 

@@ -1,0 +1,32 @@
+# Sourced by the scripts that need an X server of their own (demo.sh,
+# screenshots.sh, test-package.sh): a private Xvfb that is stopped on every
+# way out.
+#
+#   start_private_xvfb WORKDIR    starts it, exports DISPLAY; fails if it does not come up
+#   stop_private_xvfb             stops it (again harmless)
+#
+# WORKDIR is an existing private directory for the server's pipe. The caller
+# installs its own traps and calls stop_private_xvfb from its EXIT trap.
+
+xvfb_pid=
+
+start_private_xvfb() {
+  local fifo="$1/displayfd" number=
+  # The server writes its display number to descriptor 3 once it accepts
+  # clients, so no number is ever guessed.
+  mkfifo "$fifo"
+  Xvfb -nolisten tcp -noreset -screen 0 1024x768x24 -displayfd 3 3>"$fifo" >/dev/null 2>&1 &
+  xvfb_pid=$!
+  read -r -t 30 number <"$fifo" || true
+  rm -f "$fifo"
+  [ -n "$number" ] || return 1
+  export DISPLAY=":$number"
+}
+
+stop_private_xvfb() {
+  if [ -n "$xvfb_pid" ]; then
+    kill "$xvfb_pid" 2>/dev/null || true
+    wait "$xvfb_pid" 2>/dev/null || true
+    xvfb_pid=
+  fi
+}
