@@ -32,6 +32,10 @@ bool WaitForXEvent(Display* display, std::chrono::steady_clock::time_point until
     return true;
 }
 
+// Windows come and go while the test looks at them: an error about one that
+// is gone already is no failure of the test's, and the calls say so anyway.
+int IgnoreXErrors(Display*, XErrorEvent*) { return 0; }
+
 // The client's failures become test failures with their message.
 template <class Call>
 auto Checked(Call call) {
@@ -90,7 +94,10 @@ int LiveProgram::CloseAndWait() {
 }
 
 Display* LiveProgram::X() {
-    if (display_ == nullptr) display_ = XOpenDisplay(xvfb_.DisplayName().c_str());
+    if (display_ == nullptr) {
+        XSetErrorHandler(IgnoreXErrors);
+        display_ = XOpenDisplay(xvfb_.DisplayName().c_str());
+    }
     return display_;
 }
 
@@ -101,11 +108,16 @@ std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
     unsigned int count = 0;
     if (XQueryTree(X(), DefaultRootWindow(X()), &root, &parent, &children, &count) == 0) return found;
     for (unsigned int i = 0; i < count; ++i) {
-        char* name = nullptr;
-        if (XFetchName(X(), children[i], &name) != 0 && name != nullptr) {
-            if (title == name) found.push_back(children[i]);
-            XFree(name);
+        // A name is Latin-1 (STRING) or compound text, however the title came: read as UTF-8.
+        XTextProperty name{};
+        if (XGetWMName(X(), children[i], &name) == 0) continue;
+        char** names = nullptr;
+        int named = 0;
+        if (Xutf8TextPropertyToTextList(X(), &name, &names, &named) >= Success && named > 0 && title == names[0]) {
+            found.push_back(children[i]);
         }
+        if (names != nullptr) XFreeStringList(names);
+        XFree(name.value);
     }
     if (children != nullptr) XFree(children);
     return found;
@@ -172,9 +184,9 @@ bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
     return true;
 }
 
-ActionDialogWindows LiveProgram::WaitForActionDialog() {
+ActionDialogWindows LiveProgram::WaitForActionDialog(const std::string& title) {
     ActionDialogWindows dialog;
-    const std::vector<Window> shells = WaitForTopLevelWindows("Action Requests");
+    const std::vector<Window> shells = WaitForTopLevelWindows(title);
     if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
         ADD_FAILURE() << shells.size() << " action request dialogs, or none mapped";
         return dialog;
@@ -258,4 +270,24 @@ void LiveProgram::ClickRow(Window list, std::size_t row) {
         return row < now.size() && now[row].highlighted;
     })) << "row " << row << " never showed highlighted";
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
+}
+
+std::vector<Window> LiveProgram::WaitForDialog(const std::string& title) {
+    const std::vector<Window> shells = WaitForTopLevelWindows(title);
+    if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
+        ADD_FAILURE() << shells.size() << " windows titled \"" << title << "\", or none mapped";
+        return {};
+    }
+    const std::vector<Window> form = Children(shells[0]);
+    return form.size() == 1 ? Children(form[0]) : std::vector<Window>();
+}
+
+std::pair<std::vector<Report>, std::optional<int>> LiveProgram::UntilItEnds() {
+    const auto until = SteadyClock::now() + kCeiling;
+    std::vector<Report> reports;
+    std::string payload;
+    while (session_->Process().Next(payload, until) == UIProcess::Event::Frame) {
+        for (Report& report : ReadReports(payload)) reports.push_back(std::move(report));
+    }
+    return {reports, session_->Process().WaitForExit(until)};
 }

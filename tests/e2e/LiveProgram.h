@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/Scenario.h"
@@ -79,7 +80,7 @@ public:
     std::vector<Window> Children(Window window);
     // Waits until one action request dialog is mapped; its windows, or all
     // zero (and a test failure) if none is within the ceiling.
-    ActionDialogWindows WaitForActionDialog();
+    ActionDialogWindows WaitForActionDialog(const std::string& title = "Action Requests");
     // A row of text a list shows, in the list's coordinates: the middle line
     // of its band, how far drawing reaches on that line, and whether more of
     // it is drawn than not (the block of a highlighted row).
@@ -97,6 +98,13 @@ public:
     // Looks again at every X event, at least every tenth of a second, until
     // `condition` holds; false if it still does not after the ceiling.
     bool WaitUntil(const std::function<bool()>& condition);
+    // Waits until one window titled `title` is mapped; the widget windows in
+    // its form, in the order the program made them (none, and a test
+    // failure, if there is none within the ceiling).
+    std::vector<Window> WaitForDialog(const std::string& title);
+    // Everything reported until the program ends on its own, then its exit
+    // status (nothing if it still runs after the ceiling).
+    std::pair<std::vector<Report>, std::optional<int>> UntilItEnds();
 
 private:
     XvfbServer xvfb_;
