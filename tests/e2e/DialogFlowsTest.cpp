@@ -1,0 +1,206 @@
+// The details, confirmation, message and quiet-period windows end to end, in
+// English and under a translation, and every dialog that cannot be built:
+// the real program, clicked through XTest.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
+#include <sstream>
+
+#include "tests/e2e/LiveProgram.h"
+#include "tests/support/TestData.h"
+
+#include <X11/Xlib.h>
+
+namespace {
+
+std::string Texts(const std::vector<Report>& reports) {
+    std::string texts;
+    for (const Report& report : reports) texts += report.text + "; ";
+    return texts;
+}
+
+bool Gone(LiveProgram& program, const std::string& title) {
+    return program.WaitUntil([&] { return program.TopLevelWindows(title).empty(); });
+}
+
+struct Confirming {
+    const char* name;
+    bool takeAll;  // else only the action that asks for the confirmation
+    bool accept;
+    std::vector<unsigned long long> taken;
+};
+
+void PrintTo(const Confirming& row, std::ostream* out) { *out << row.name; }
+
+class Confirmation : public ::testing::TestWithParam<Confirming> {};
+
+TEST_P(Confirmation, TakesWhatWasConfirmedAndNothingElse) {
+    const Confirming& row = GetParam();
+    LiveProgram program;
+    program.Start();
+    program.Send({"action id=1 title=\"The first action\"",
+                  "action id=2 title=\"The second action\" confirm=\"Sure?\""});
+    const ActionDialogWindows dialog = program.WaitForActionDialog();
+    if (!row.takeAll) {
+        program.ClickRow(dialog.list, 1);
+    }
+    program.Click(row.takeAll ? dialog.takeAll : dialog.take);
+    // actiontitle, staticlabel, actionconfirmation, cancel, ok
+    const std::vector<Window> confirmation = program.WaitForDialog("Confirmation Required");
+    ASSERT_EQ(confirmation.size(), 5u);
+    program.Click(confirmation[row.accept ? 4 : 3]);
+    EXPECT_TRUE(Gone(program, "Confirmation Required"));
+    for (const unsigned long long id : row.taken) {
+        const std::optional<Report> taken = program.WaitFor("ActionTaken", id);
+        EXPECT_TRUE(taken && !taken->cancel) << id;
+    }
+    EXPECT_EQ(Texts(program.ThreeTicks()), "");
+    if (row.taken.size() < 2) {  // what is left can be chosen again
+        program.ClickRow(dialog.list, 0);
+    }
+    EXPECT_EQ(program.CloseAndWait(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Flows, Confirmation,
+                         ::testing::Values(Confirming{"TakeAllAccepted", true, true, {1, 2}},
+                                           Confirming{"TakeAllDeclined", true, false, {}},
+                                           Confirming{"TakeOneAccepted", false, true, {2}}),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(DialogFlows, DetailsOpenAndCloseAgain) {
+    LiveProgram program;
+    program.Start();
+    program.Send({"action id=1 title=\"The first action\" preview=\"echo one\"",
+                  "action id=2 title=\"The second action\""});
+    const ActionDialogWindows dialog = program.WaitForActionDialog();
+    program.ClickRow(dialog.list, 0);
+    program.Click(dialog.details);
+    const std::vector<Window> details = program.WaitForDialog("Action Script Preview");  // actiondetails, ok
+    ASSERT_EQ(details.size(), 2u);
+    program.Click(details[1]);
+    EXPECT_TRUE(Gone(program, "Action Script Preview"));
+    program.ClickRow(dialog.list, 1);
+    EXPECT_EQ(program.CloseAndWait(), 0);
+}
+
+TEST(DialogFlows, MessagesExpireAreWithdrawnOrStay) {
+    LiveProgram program;
+    program.Start();
+    program.Send({"message id=1 title=\"Brief\" text=\"goes by itself\" timeout=4s",
+                  "message id=2 title=\"Withdrawn\" text=\"goes when removed\"",
+                  "message id=3 title=\"Build\" completion"});
+    for (const char* title : {"Brief", "Withdrawn", "Vorkan notification:"}) {
+        EXPECT_EQ(program.WaitForDialog(title).size(), 2u) << title;  // actionmessage, dismiss
+    }
+    EXPECT_TRUE(Gone(program, "Brief"));
+    program.Send({"remove id=2 type=Message"});
+    EXPECT_TRUE(Gone(program, "Withdrawn"));
+    EXPECT_EQ(program.TopLevelWindows("Vorkan notification:").size(), 1u);
+    EXPECT_EQ(program.CloseAndWait(), 0);
+}
+
+TEST(DialogFlows, AQuietPeriodHoldsForcedActionsBackAndItsNoticeDisablesTheActionDialog) {
+    LiveProgram program;
+    program.Start();
+    // The action first, so that the notice comes over a shown action dialog.
+    program.Send({"action id=1 title=\"The forced action\" deadline=+0s force", "quiet-start end=+1h"});
+    const ActionDialogWindows dialog = program.WaitForActionDialog();
+    const std::vector<Window> notice = program.WaitForDialog("Not Currently Available");  // staticlabel, ok
+    ASSERT_EQ(notice.size(), 2u);
+    EXPECT_EQ(Texts(program.ThreeTicks()), "");
+    program.Click(notice[1]);
+    EXPECT_TRUE(Gone(program, "Not Currently Available"));
+    program.ClickRow(dialog.list, 0);
+    EXPECT_EQ(program.CloseAndWait(), 0);
+}
+
+TEST(DialogFlows, TheLocalesTranslationRetitlesEveryFixedWindow) {
+    if (!LocaleInstalled("de_DE.UTF-8")) GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";
+    std::stringstream translation;
+    translation << std::ifstream(ZAM_SOURCE_DIR "/examples/de.xlat").rdbuf() << "Vorkan notification:\tMitteilung:\n";
+    Scenario german;
+    german.locale = "de_DE.UTF-8";
+    german.useLocale = true;
+    german.files = {{"de.xlat", "", translation.str()}};
+    LiveProgram program;
+    program.Start(german);
+    program.Send({"action id=1 title=\"Die erste Aktion\" preview=\"echo eins\" confirm=\"Sicher?\""});
+    const ActionDialogWindows dialog = program.WaitForActionDialog("Aktionsanforderungen");
+    program.Click(dialog.takeAll);
+    const std::vector<Window> confirmation = program.WaitForDialog("Bestätigung erforderlich");
+    ASSERT_EQ(confirmation.size(), 5u);
+    program.Click(confirmation[3]);
+    EXPECT_TRUE(Gone(program, "Bestätigung erforderlich"));
+    ASSERT_TRUE(program.ClickRow(dialog.list, 0));
+    program.Click(dialog.details);
+    EXPECT_EQ(program.WaitForDialog("Vorschau des Aktionsskripts").size(), 2u);
+    // Only now: the windows stand in the middle of the screen, over each other.
+    program.Send({"message id=2 title=\"Grüße\" text=\"Hallo\"", "message id=3 title=\"Eins\" completion"});
+    EXPECT_EQ(program.WaitForDialog("Grüße").size(), 2u);  // the client's own title
+    EXPECT_EQ(program.WaitForDialog("Mitteilung:").size(), 2u);
+    program.Send({"quiet-start end=+1h"});
+    EXPECT_EQ(program.WaitForDialog("Derzeit nicht verfügbar").size(), 2u);
+    EXPECT_EQ(program.CloseAndWait(), 0);
+}
+
+// "UseLocale" off keeps the "C" locale yet loads the brand file: a fixed text
+// of the dialog translated into one that "C" cannot show stops its building.
+struct Unbuildable {
+    const char* dialog;
+    const char* text;
+    std::vector<std::string> commands;
+    void (*open)(LiveProgram&);  // the clicks that open it, if it takes any
+};
+
+TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0) {
+    const Unbuildable rows[] = {
+        {"ActionRequestDialog", "Action Requests", {"action id=1 title=One"}, nullptr},
+        {"ActionDetailsDialog", "Action Script Preview", {"action id=1 title=\"The only action\" preview=p"},
+         [](LiveProgram& program) {
+             const ActionDialogWindows dialog = program.WaitForActionDialog();
+             program.ClickRow(dialog.list, 0);
+             program.Click(dialog.details);
+         }},
+        {"ConfirmationDialog", "Confirmation Required", {"action id=1 title=One confirm=c"},
+         [](LiveProgram& program) { program.Click(program.WaitForActionDialog().takeAll); }},
+        {"MessageDialog", "Vorkan notification:", {"message id=1 title=One completion"}, nullptr},
+        {"QuietModeDialog", "Not Currently Available", {"action id=1 title=One", "quiet-start end=+1h"}, nullptr},
+    };
+    // All at once: each waits for ticks and for the program's pause on its way out.
+    std::array<LiveProgram, std::size(rows)> programs;
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+        Scenario scenario;
+        scenario.files = {{"_brand.xlat", "", std::string(rows[i].text) + "\tAusgew\xc3\xa4hlt\n"}};
+        programs[i].Start(scenario);
+        programs[i].Send(rows[i].commands);
+    }
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+        if (rows[i].open != nullptr) rows[i].open(programs[i]);
+    }
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+        SCOPED_TRACE(rows[i].dialog);
+        const auto [reports, status] = programs[i].UntilItEnds();
+        const std::string error = "ClientUIErrorMessage code=2 debug=\"" + std::string(rows[i].dialog) + "\"; ";
+        EXPECT_EQ(Texts(reports), error + error);
+        EXPECT_EQ(status, 0);
+    }
+}
+
+// An action title "C" cannot show fails the action dialog's refresh, not its
+// building: in the batch that brings it, the rest of the batch is dropped
+// without a word; in the tick's countdown refresh, the program ends with 0,
+// also without a word.
+TEST(DialogFlows, AnActionTitleTheLocaleCannotShowIsDroppedOrEndsTheProgramFromTheTick) {
+    LiveProgram batch, tick;
+    batch.Start(), tick.Start();
+    batch.Send({"action id=1 title=\"Caf\xc3\xa9\" deadline=+2m"});
+    tick.Send({"action id=1 title=\"Caf\xc3\xa9\" deadline=+2m force"});
+    EXPECT_EQ(Texts(batch.ThreeTicks()), "");
+    const auto [reports, status] = tick.UntilItEnds();
+    EXPECT_EQ(Texts(reports), "");
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(batch.CloseAndWait(), 0);
+}
+
+}  // namespace
