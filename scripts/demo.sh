@@ -44,19 +44,7 @@ if [ -n "${DISPLAY:-}" ]; then
 fi
 
 . scripts/xvfb.sh
-work=$(mktemp -d)
-cleanup() {
-  stop_private_xvfb
-  rm -rf "$work"
-}
-trap cleanup EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM
-
-if ! start_private_xvfb "$work"; then
-  echo "demo: Xvfb did not start" >&2
-  exit 1
-fi
+use_private_xvfb demo
 echo "demo: no display given; playing on a private Xvfb at $DISPLAY"
 
 shots="$PWD/build/demo"

@@ -142,19 +142,7 @@ unset XAPPLRESDIR XUSERFILESEARCHPATH XENVIRONMENT
 export LC_ALL=C.UTF-8 TZ=UTC
 
 . scripts/xvfb.sh
-work=$(mktemp -d)
-cleanup() {
-  stop_private_xvfb
-  rm -rf "$work"
-}
-trap cleanup EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM
-
-if ! start_private_xvfb "$work"; then
-  echo "screenshots: Xvfb did not start" >&2
-  exit 1
-fi
+use_private_xvfb screenshots
 echo "screenshots: playing on a private Xvfb at $DISPLAY"
 
 export ZAM_SHOTS="$work/shots"

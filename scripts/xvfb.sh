@@ -2,11 +2,17 @@
 # screenshots.sh, test-package.sh): a private Xvfb that is stopped on every
 # way out.
 #
+#   use_private_xvfb NAME         all in one: makes a private directory $work,
+#                                 installs the traps that stop the server and
+#                                 remove $work on every way out, starts the
+#                                 server; exits with 1 ("NAME: ...") if it does
+#                                 not come up
 #   start_private_xvfb WORKDIR    starts it, exports DISPLAY; fails if it does not come up
 #   stop_private_xvfb             stops it (again harmless)
 #
-# WORKDIR is an existing private directory for the server's pipe. The caller
-# installs its own traps and calls stop_private_xvfb from its EXIT trap.
+# With the last two, WORKDIR is an existing private directory for the server's
+# pipe, and the caller installs its own traps and calls stop_private_xvfb from
+# its EXIT trap.
 
 xvfb_pid=
 
@@ -28,5 +34,16 @@ stop_private_xvfb() {
     kill "$xvfb_pid" 2>/dev/null || true
     wait "$xvfb_pid" 2>/dev/null || true
     xvfb_pid=
+  fi
+}
+
+use_private_xvfb() {
+  work=$(mktemp -d)
+  trap 'stop_private_xvfb; rm -rf -- "$work"' EXIT
+  trap 'exit 130' INT
+  trap 'exit 143' TERM
+  if ! start_private_xvfb "$work"; then
+    echo "$1: Xvfb did not start" >&2
+    exit 1
   fi
 }
