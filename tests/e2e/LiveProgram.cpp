@@ -187,21 +187,22 @@ bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
     return true;
 }
 
+ActionDialogWindows LiveProgram::StartWithActions(const std::vector<std::string>& commands,
+                                                 const Scenario& scenario, const std::string& title) {
+    Start(scenario);
+    Send(commands);
+    return WaitForActionDialog(title);
+}
+
 ActionDialogWindows LiveProgram::WaitForActionDialog(const std::string& title) {
-    ActionDialogWindows dialog;
-    const std::vector<Window> shells = WaitForTopLevelWindows(title);
-    if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
-        ADD_FAILURE() << shells.size() << " action request dialogs, or none mapped";
-        return dialog;
-    }
-    // shell > form > actiontitle, actiondesc, actionListLabel, viewport,
-    // takeAllActions, takeActions, cancelAction, actionDetails, snoozeLabel,
-    // snoozeViewport, snoozeButton; a viewport > its clip > the list.
-    const std::vector<Window> form = Children(shells[0]);
-    const std::vector<Window> widgets = form.size() == 1 ? Children(form[0]) : std::vector<Window>();
+    // form: actiontitle, actiondesc, actionListLabel, viewport, takeAllActions,
+    // takeActions, cancelAction, actionDetails, snoozeLabel, snoozeViewport,
+    // snoozeButton; a viewport > its clip > the list.
+    Window shell = 0;
+    const std::vector<Window> widgets = WaitForDialog(title, &shell);
     if (widgets.size() != 11) {
         ADD_FAILURE() << "the action request dialog has " << widgets.size() << " widget windows, not 11";
-        return dialog;
+        return {};
     }
     // Of a viewport's two windows, its clip is the one with the list inside.
     const auto listIn = [&](Window viewport) {
@@ -210,9 +211,7 @@ ActionDialogWindows LiveProgram::WaitForActionDialog(const std::string& title) {
         }
         return Window(0);
     };
-    dialog = {shells[0], listIn(widgets[3]), widgets[4], widgets[5], widgets[6], widgets[7], listIn(widgets[9]),
-              widgets[10]};
-    return dialog;
+    return {shell, listIn(widgets[3]), widgets[4], widgets[5], widgets[6], widgets[7], listIn(widgets[9]), widgets[10]};
 }
 
 std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
@@ -280,12 +279,13 @@ bool LiveProgram::ClickRow(Window list, std::size_t row) {
     return highlighted;
 }
 
-std::vector<Window> LiveProgram::WaitForDialog(const std::string& title) {
+std::vector<Window> LiveProgram::WaitForDialog(const std::string& title, Window* shell) {
     const std::vector<Window> shells = WaitForTopLevelWindows(title);
     if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
         ADD_FAILURE() << shells.size() << " windows titled \"" << title << "\", or none mapped";
         return {};
     }
+    if (shell != nullptr) *shell = shells[0];
     const std::vector<Window> form = Children(shells[0]);
     return form.size() == 1 ? Children(form[0]) : std::vector<Window>();
 }

@@ -82,6 +82,10 @@ public:
     // Waits until one action request dialog is mapped; its windows, or all
     // zero (and a test failure) if none is within the ceiling.
     ActionDialogWindows WaitForActionDialog(const std::string& title = "Action Requests");
+    // Start, then one document of `commands`, then WaitForActionDialog.
+    ActionDialogWindows StartWithActions(const std::vector<std::string>& commands,
+                                         const Scenario& scenario = Scenario(),
+                                         const std::string& title = "Action Requests");
     // A row of text a list shows, in the list's coordinates: the middle line
     // of its band, how far drawing reaches in it, and whether its top line is
     // drawn through (the block of a highlighted row; text leaves gaps).
@@ -102,8 +106,8 @@ public:
     bool WaitUntil(const std::function<bool()>& condition);
     // Waits until one window titled `title` is mapped; the widget windows in
     // its form, in the order the program made them (none, and a test
-    // failure, if there is none within the ceiling).
-    std::vector<Window> WaitForDialog(const std::string& title);
+    // failure, if there is none within the ceiling), and its shell in `shell`.
+    std::vector<Window> WaitForDialog(const std::string& title, Window* shell = nullptr);
     // Everything reported until the program ends on its own, then its exit
     // status (nothing if it still runs after the ceiling).
     std::pair<std::vector<Report>, std::optional<int>> UntilItEnds();
