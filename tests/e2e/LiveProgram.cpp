@@ -16,7 +16,7 @@
 // X headers last: they define None, True, False and friends as macros.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
+#include "tests/support/XServerInput.h"
 
 namespace {
 
@@ -147,15 +147,7 @@ bool LiveProgram::IsMapped(Window window) {
     return XGetWindowAttributes(X(), window, &attributes) != 0 && attributes.map_state != IsUnmapped;
 }
 
-void LiveProgram::ClickAt(Window window, int x, int y) {
-    int rootX = 0, rootY = 0;
-    Window child = 0;
-    XTranslateCoordinates(X(), window, DefaultRootWindow(X()), x, y, &rootX, &rootY, &child);
-    XTestFakeMotionEvent(X(), DefaultScreen(X()), rootX, rootY, 0);
-    XTestFakeButtonEvent(X(), 1, True, 0);
-    XTestFakeButtonEvent(X(), 1, False, 0);
-    XSync(X(), False);
-}
+void LiveProgram::ClickAt(Window window, int x, int y) { ClickThroughServer(X(), window, x, y); }
 
 void LiveProgram::Click(Window window) {
     XWindowAttributes attributes{};
