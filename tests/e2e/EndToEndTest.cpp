@@ -66,16 +66,7 @@ TEST(EndToEnd, KillingTheClientEndsTheProgram) {
                                          {{1, out[1]}});
         close(out[1]);
         ASSERT_TRUE(started);
-        std::string transcript;
-        const auto until = std::chrono::steady_clock::now() + kCeiling;
-        while (transcript.find("ReadyForData") == std::string::npos && std::chrono::steady_clock::now() < until) {
-            pollfd readable{out[0], POLLIN, 0};
-            char chunk[1024];
-            if (poll(&readable, 1, 1000) <= 0) continue;
-            const ssize_t got = read(out[0], chunk, sizeof chunk);
-            if (got <= 0) break;
-            transcript.append(chunk, static_cast<std::size_t>(got));
-        }
+        const std::string transcript = ReadUntil(out[0], "ReadyForData", kCeiling);
         close(out[0]);
         const std::size_t pid = transcript.find("(pid ");
         ASSERT_NE(pid, std::string::npos) << transcript;

@@ -222,33 +222,22 @@ std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
     // The list's margin is background; a row is a band of lines with anything
     // else on them (text, or a highlighted row's block).
     const unsigned long background = XGetPixel(image, 0, 0);
-    const auto drawn = [&](int x, int y) { return XGetPixel(image, x, y) != background; };
-    const auto lineDrawn = [&](int y) {
+    for (int y = 0, start = -1, topDrawn = 0; y <= clipSize.height; ++y) {
+        int left = clipSize.width, right = -1, drawn = 0;
         for (int x = 0; y < clipSize.height && x < clipSize.width; ++x) {
-            if (drawn(x, y)) return true;
+            if (XGetPixel(image, x, y) != background) left = std::min(left, x), right = x, ++drawn;
         }
-        return false;
-    };
-    for (int y = 0, start = -1; y <= clipSize.height; ++y) {
-        if (lineDrawn(y)) {
-            if (start < 0) start = y;
+        if (right >= 0) {
+            if (start < 0) start = y, topDrawn = drawn, rows.push_back({0, left, right, false});
+            rows.back().left = std::min(rows.back().left, left), rows.back().right = std::max(rows.back().right, right);
             continue;
         }
         if (start < 0) continue;
-        ShownRow row;
-        row.left = clipSize.width;
-        for (int line = start; line < y; ++line) {
-            for (int x = 0; x < clipSize.width; ++x) {
-                if (drawn(x, line)) row.left = std::min(row.left, x), row.right = std::max(row.right, x);
-            }
-        }
+        ShownRow& row = rows.back();
         // Text leaves gaps on its top line, a highlighted row's block does not.
-        int top = 0;
-        for (int x = row.left; x <= row.right; ++x) top += drawn(x, start) ? 1 : 0;
-        row.highlighted = 10 * top >= 9 * (row.right - row.left + 1);
+        row.highlighted = 10 * topDrawn >= 9 * (row.right - row.left + 1);
         row.y = (start + y - 1) / 2 - listPlace.y;
         row.left -= listPlace.x, row.right -= listPlace.x;
-        rows.push_back(row);
         start = -1;
     }
     XDestroyImage(image);

@@ -260,18 +260,14 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
         const Widget shell = ConfirmationDialog::Shell();
         return shell != nullptr ? Text(Child(shell, "actiontitle"), XtNlabel) : "";
     };
-    auto taken = [](const Ids& ids) {
-        std::vector<std::string> documents;
-        for (auto id : ids) documents.emplace_back(ConvertToUIToClientXML(ActionTaken(id, false, false)).View());
-        return documents;
-    };
     UIMessage message;  // an action with a confirmation, in the same tick as the take-all
     message.text = AutoUString<UTF8>("<ClientToUI><ActionRequest><ID>7</ID><Title>New</Title><PreActionMessage>?"
                                      "</PreActionMessage></ActionRequest></ClientToUI>");
     readQ.WriteMessage(std::move(message));
     EXPECT_EQ(tick({{T::TakeAll, 0}}), "New");
     EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
-    EXPECT_EQ(Sent(), taken({7}));
+    EXPECT_EQ(Sent(),
+              std::vector<std::string>{std::string(ConvertToUIToClientXML(ActionTaken(7, false, false)).View())});
 
     ShowConfirmationRequestDialog(9);  // not pending: nothing shown, declined at once
     EXPECT_EQ(ConfirmationDialog::Shell(), nullptr);
