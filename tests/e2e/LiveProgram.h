@@ -49,7 +49,6 @@ public:
     void Start(const Scenario& scenario = Scenario());
     // Plays the scenario's steps.
     void Play(const Scenario& scenario);
-    Session& Client() { return *session_; }
     const ::Sandbox& Files() const { return sandbox_; }
     const std::string& DisplayName() const { return xvfb_.DisplayName(); }
 
