@@ -260,14 +260,21 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
         const Widget shell = ConfirmationDialog::Shell();
         return shell != nullptr ? Text(Child(shell, "actiontitle"), XtNlabel) : "";
     };
+    auto taken = [](unsigned long long id) {
+        return std::string(ConvertToUIToClientXML(ActionTaken(id, false, false)).View());
+    };
     UIMessage message;  // an action with a confirmation, in the same tick as the take-all
     message.text = AutoUString<UTF8>("<ClientToUI><ActionRequest><ID>7</ID><Title>New</Title><PreActionMessage>?"
                                      "</PreActionMessage></ActionRequest></ClientToUI>");
     readQ.WriteMessage(std::move(message));
     EXPECT_EQ(tick({{T::TakeAll, 0}}), "New");
     EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
-    EXPECT_EQ(Sent(),
-              std::vector<std::string>{std::string(ConvertToUIToClientXML(ActionTaken(7, false, false)).View())});
+    EXPECT_EQ(Sent(), std::vector<std::string>{taken(7)});
+    actions = {Action(1, "A", nullptr, "?"), Action(2, "B", nullptr, "?")};  // both ask, one after the other
+    EXPECT_EQ(tick({{T::TakeAll, 0}}), "A");
+    EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "B");
+    EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
+    EXPECT_EQ(Sent(), (std::vector<std::string>{taken(1), taken(2)}));
 
     ShowConfirmationRequestDialog(9);  // not pending: nothing shown, declined at once
     EXPECT_EQ(ConfirmationDialog::Shell(), nullptr);
