@@ -256,13 +256,15 @@ TEST_F(ActionDialog, ATickListsTenThousandAndABatchEndsListingItsActions) {
     ProcessMessagesFromClient();
     rows = Items("viewport");
     EXPECT_EQ(std::to_string(rows.size()) + ":" + rows.back(), "10001:New");
-    // The chosen action removed and a new one come in one batch: the new one is not chosen.
+    // The chosen action removed and a new one come in one batch: the new one is not chosen;
+    // one that comes and is withdrawn in the same document is gone.
     actions = {Action(1, "One")};
     Refresh();
     ClickRow("viewport", 0);
     message.text = AutoUString<UTF8>("<ClientToUI><RemoveRequest><RemoveType>Action</RemoveType><ID>1</ID>"
                                      "</RemoveRequest><ActionRequest><ID>2</ID><Title>Two</Title></ActionRequest>"
-                                     "</ClientToUI>");
+                                     "<ActionRequest><ID>3</ID><Title>Three</Title></ActionRequest><RemoveRequest>"
+                                     "<RemoveType>Action</RemoveType><ID>3</ID></RemoveRequest></ClientToUI>");
     readQ.WriteMessage(std::move(message));
     ProcessMessagesFromClient();
     EXPECT_EQ(Text("actiontitle"), "There is 1 pending action.");
