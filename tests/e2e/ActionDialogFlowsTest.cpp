@@ -80,7 +80,9 @@ TEST(ActionDialogFlows, SnoozeThenReopen) {
         std::string action = "action id=1 title=\"One\" text=\"first\"";
         if (flow.deadlineMinutes) action += " deadline=+" + std::to_string(*flow.deadlineMinutes) + "m";
         program.Start(scenario);
-        const std::int64_t sent[2] = {NowSeconds(), (program.Send({action}), NowSeconds())};
+        const std::int64_t sending = NowSeconds();
+        program.Send({action});
+        const std::int64_t sent = NowSeconds();
         const ActionDialogWindows dialog = program.WaitForActionDialog();
         if (flow.row) program.ClickRow(dialog.snoozeList, *flow.row);
         const std::int64_t clicked = NowSeconds();
@@ -96,8 +98,8 @@ TEST(ActionDialogFlows, SnoozeThenReopen) {
         // and a second later for each second the tick came later.
         const std::int64_t shift = std::int64_t{flow.minutes} * 60;
         const std::int64_t fromSent = flow.deadlineMinutes.value_or(0) * 60 + shift;
-        const std::int64_t low = flow.minutes > 0 ? clicked + shift - 1 : sent[0] + fromSent;
-        const std::int64_t high = flow.minutes > 0 ? reported + shift : sent[1] + fromSent + reported - clicked + 1;
+        const std::int64_t low = flow.minutes > 0 ? clicked + shift - 1 : sending + fromSent;
+        const std::int64_t high = flow.minutes > 0 ? reported + shift : sent + fromSent + reported - clicked + 1;
         EXPECT_GE(ReportedSeconds(*at), low);
         EXPECT_LE(ReportedSeconds(*at), high);
         EXPECT_EQ(ReportedSeconds(*interval), shift);

@@ -16,7 +16,6 @@
 
 #include <gtest/gtest.h>
 
-#include "client/OpenDialogRequest.h"
 #include "tests/e2e/LiveProgram.h"
 #include "tests/support/ChildProcess.h"
 
@@ -41,8 +40,6 @@ TEST(EndToEnd, InitialisationWritesTheFilesThenTheHiddenWindowAppearsUnmapped) {
     const std::vector<Window> hidden = program.WaitForTopLevelWindows(kHiddenWindow);
     ASSERT_EQ(hidden.size(), 1u);
     EXPECT_FALSE(program.IsMapped(hidden[0]));
-    std::string error;
-    EXPECT_EQ(SendOpenRequest(program.DisplayName(), std::chrono::seconds(10), error), 1) << error;
     EXPECT_EQ(FileText(program.Files().Path("base/notes.txt")), "first line\n\x01\xff bytes");
     EXPECT_EQ(FileText(program.Files().Path("base/_brand.xlat")), "Cancel\tStop\n");
     EXPECT_EQ(program.CloseAndWait(), 0);

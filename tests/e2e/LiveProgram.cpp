@@ -1,11 +1,8 @@
 #include "tests/e2e/LiveProgram.h"
 
 #include <poll.h>
-#include <stdlib.h>
 
 #include <algorithm>
-#include <cstring>
-#include <filesystem>
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
@@ -100,45 +97,33 @@ Display* LiveProgram::X() {
     if (display_ == nullptr) {
         XSetErrorHandler(IgnoreXError);
         display_ = XOpenDisplay(xvfb_.DisplayName().c_str());
+        // Top-level windows made, mapped or gone announce themselves on the
+        // root: each is a reason for WaitUntil to look again at once.
+        if (display_ != nullptr) XSelectInput(display_, DefaultRootWindow(display_), SubstructureNotifyMask);
     }
     return display_;
 }
 
 std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
     std::vector<Window> found;
-    Window root = 0, parent = 0;
-    Window* children = nullptr;
-    unsigned int count = 0;
-    if (XQueryTree(X(), DefaultRootWindow(X()), &root, &parent, &children, &count) == 0) return found;
-    for (unsigned int i = 0; i < count; ++i) {
+    for (const Window window : Children(DefaultRootWindow(X()))) {
         // A name is Latin-1 (STRING) or compound text, however the title came: read as UTF-8.
         XTextProperty name{};
-        if (XGetWMName(X(), children[i], &name) == 0) continue;
+        if (XGetWMName(X(), window, &name) == 0) continue;
         char** names = nullptr;
         int named = 0;
         if (Xutf8TextPropertyToTextList(X(), &name, &names, &named) >= Success && named > 0 && title == names[0]) {
-            found.push_back(children[i]);
+            found.push_back(window);
         }
         if (names != nullptr) XFreeStringList(names);
         XFree(name.value);
     }
-    if (children != nullptr) XFree(children);
     return found;
 }
 
 std::vector<Window> LiveProgram::WaitForTopLevelWindows(const std::string& title) {
-    // New windows announce themselves on the root and their names as property
-    // changes; selected before the first look so nothing slips in between.
-    XSelectInput(X(), DefaultRootWindow(X()), SubstructureNotifyMask);
-    XSync(X(), False);
-    const auto until = std::chrono::steady_clock::now() + kCeiling;
-    std::vector<Window> found = TopLevelWindows(title);
-    while (found.empty() && WaitForXEvent(X(), until)) {
-        XEvent event;
-        XNextEvent(X(), &event);
-        if (event.type == CreateNotify) XSelectInput(X(), event.xcreatewindow.window, PropertyChangeMask);
-        found = TopLevelWindows(title);
-    }
+    std::vector<Window> found;
+    WaitUntil([&] { return !(found = TopLevelWindows(title)).empty(); });
     return found;
 }
 

@@ -65,7 +65,7 @@ public:
     Display* X();
     // Top-level windows whose name is `title`, as they are now.
     std::vector<Window> TopLevelWindows(const std::string& title);
-    // Waits, on X events, until at least one such window exists.
+    // Waits (WaitUntil) until at least one such window exists.
     std::vector<Window> WaitForTopLevelWindows(const std::string& title);
     // False too for a window that is gone.
     bool IsMapped(Window window);
