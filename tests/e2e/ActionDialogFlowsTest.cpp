@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "base/time/TimeText.h"
 #include "base/time/XMLTime.h"
@@ -23,17 +24,6 @@ std::int64_t NowSeconds() {
     return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
 }
 
-// Starts the program, sends `commands` in one document and waits for the
-// dialog. `sent`, when given, gets the seconds the document left between.
-ActionDialogWindows ShowActions(LiveProgram& program, const std::vector<std::string>& commands,
-                                const Scenario& scenario = Scenario(), std::int64_t (*sent)[2] = nullptr) {
-    program.Start(scenario);
-    const std::int64_t before = NowSeconds();
-    program.Send(commands);
-    if (sent != nullptr) (*sent)[0] = before, (*sent)[1] = NowSeconds();
-    return program.WaitForActionDialog();
-}
-
 // A RemindTime's instant (seconds since the epoch) or a RemindInterval's
 // length (seconds), read back from the report's line.
 std::int64_t ReportedSeconds(const Report& report) {
@@ -45,26 +35,19 @@ std::int64_t ReportedSeconds(const Report& report) {
     return XMLDurationToTimeInterval(text.substr(text.find('=') + 1)).Microseconds() / 1000000;
 }
 
-TEST(ActionDialogFlows, TakeAll) {
+TEST(ActionDialogFlows, CancelOneTakeOneTakeAll) {
     LiveProgram program;
-    const ActionDialogWindows dialog = ShowActions(
-        program, {"action id=1 title=\"One\" text=\"first\"", "action id=2 title=\"Two\" text=\"second\""});
-    program.ClickRow(dialog.list, 1);
-    program.Click(dialog.take);
-    EXPECT_TRUE(program.WaitFor("ActionTaken", 2));
+    const ActionDialogWindows dialog = program.StartWithActions(
+        {"action id=1 title=\"One\" text=\"first\"", "action id=2 title=\"Two\" text=\"second\"",
+         "action id=7 title=\"Seven\" text=\"x\" cancellable"});
+    for (const auto& [row, button, id, cancel] : {std::tuple{2, dialog.cancel, 7, true}, {1, dialog.take, 2, false}}) {
+        program.ClickRow(dialog.list, row);
+        program.Click(button);
+        const std::optional<Report> taken = program.WaitFor("ActionTaken", id);
+        EXPECT_TRUE(taken && taken->cancel == cancel) << id;
+    }
     program.Click(dialog.takeAll);
     EXPECT_TRUE(program.WaitFor("ActionTaken", 1));
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
-TEST(ActionDialogFlows, CancelOne) {
-    LiveProgram program;
-    const ActionDialogWindows dialog = ShowActions(program, {"action id=7 title=\"Seven\" text=\"x\" cancellable"});
-    program.ClickRow(dialog.list, 0);
-    program.Click(dialog.cancel);
-    const std::optional<Report> taken = program.WaitFor("ActionTaken", 7);
-    ASSERT_TRUE(taken);
-    EXPECT_TRUE(taken->cancel);
     EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
@@ -96,8 +79,11 @@ TEST(ActionDialogFlows, SnoozeThenReopen) {
         scenario.remindInterval = std::chrono::minutes(flow.remindMinutes);
         std::string action = "action id=1 title=\"One\" text=\"first\"";
         if (flow.deadlineMinutes) action += " deadline=+" + std::to_string(*flow.deadlineMinutes) + "m";
-        std::int64_t sent[2] = {0, 0};
-        const ActionDialogWindows dialog = ShowActions(program, {action}, scenario, &sent);
+        program.Start(scenario);
+        const std::int64_t sending = NowSeconds();
+        program.Send({action});
+        const std::int64_t sent = NowSeconds();
+        const ActionDialogWindows dialog = program.WaitForActionDialog();
         if (flow.row) program.ClickRow(dialog.snoozeList, *flow.row);
         const std::int64_t clicked = NowSeconds();
         program.Click(dialog.snooze);
@@ -112,8 +98,8 @@ TEST(ActionDialogFlows, SnoozeThenReopen) {
         // and a second later for each second the tick came later.
         const std::int64_t shift = std::int64_t{flow.minutes} * 60;
         const std::int64_t fromSent = flow.deadlineMinutes.value_or(0) * 60 + shift;
-        const std::int64_t low = flow.minutes > 0 ? clicked + shift - 1 : sent[0] + fromSent;
-        const std::int64_t high = flow.minutes > 0 ? reported + shift : sent[1] + fromSent + reported - clicked + 1;
+        const std::int64_t low = flow.minutes > 0 ? clicked + shift - 1 : sending + fromSent;
+        const std::int64_t high = flow.minutes > 0 ? reported + shift : sent + fromSent + reported - clicked + 1;
         EXPECT_GE(ReportedSeconds(*at), low);
         EXPECT_LE(ReportedSeconds(*at), high);
         EXPECT_EQ(ReportedSeconds(*interval), shift);

@@ -24,67 +24,47 @@ bool Gone(LiveProgram& program, const std::string& title) {
     return program.WaitUntil([&] { return program.TopLevelWindows(title).empty(); });
 }
 
-struct Confirming {
-    const char* name;
-    bool takeAll;  // else only the action that asks for the confirmation
-    bool accept;
-    std::vector<unsigned long long> taken;
-};
-
-void PrintTo(const Confirming& row, std::ostream* out) { *out << row.name; }
-
-class Confirmation : public ::testing::TestWithParam<Confirming> {};
-
-TEST_P(Confirmation, TakesWhatWasConfirmedAndNothingElse) {
-    const Confirming& row = GetParam();
+// One run through the windows over the action dialog: the details open and
+// close; a take-one and a take-all confirmed take just theirs, a take-all
+// declined takes nothing; and after each the dialog takes clicks again.
+TEST(DialogFlows, DetailsThenConfirmationsTakeWhatWasConfirmedAndNothingElse) {
     LiveProgram program;
-    program.Start();
-    program.Send({"action id=1 title=\"The first action\"",
-                  "action id=2 title=\"The second action\" confirm=\"Sure?\""});
-    const ActionDialogWindows dialog = program.WaitForActionDialog();
-    if (!row.takeAll) {
-        program.ClickRow(dialog.list, 1);
-    }
-    program.Click(row.takeAll ? dialog.takeAll : dialog.take);
-    // actiontitle, staticlabel, actionconfirmation, cancel, ok
-    const std::vector<Window> confirmation = program.WaitForDialog("Confirmation Required");
-    ASSERT_EQ(confirmation.size(), 5u);
-    program.Click(confirmation[row.accept ? 4 : 3]);
-    EXPECT_TRUE(Gone(program, "Confirmation Required"));
-    for (const unsigned long long id : row.taken) {
-        const std::optional<Report> taken = program.WaitFor("ActionTaken", id);
-        EXPECT_TRUE(taken && !taken->cancel) << id;
-    }
-    EXPECT_EQ(Texts(program.ThreeTicks()), "");
-    if (row.taken.size() < 2) {  // what is left can be chosen again
-        program.ClickRow(dialog.list, 0);
-    }
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Flows, Confirmation,
-                         ::testing::Values(Confirming{"TakeAllAccepted", true, true, {1, 2}},
-                                           Confirming{"TakeAllDeclined", true, false, {}},
-                                           Confirming{"TakeOneAccepted", false, true, {2}}),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-TEST(DialogFlows, DetailsOpenAndCloseAgain) {
-    LiveProgram program;
-    program.Start();
-    program.Send({"action id=1 title=\"The first action\" preview=\"echo one\"",
-                  "action id=2 title=\"The second action\""});
-    const ActionDialogWindows dialog = program.WaitForActionDialog();
+    const ActionDialogWindows dialog = program.StartWithActions(
+        {"action id=1 title=\"The first action\" preview=\"echo one\"",
+         "action id=2 title=\"The second action\" confirm=\"Sure?\"", "action id=3 title=Third confirm=Again?"});
     program.ClickRow(dialog.list, 0);
     program.Click(dialog.details);
     const std::vector<Window> details = program.WaitForDialog("Action Script Preview");  // actiondetails, ok
     ASSERT_EQ(details.size(), 2u);
     program.Click(details[1]);
     EXPECT_TRUE(Gone(program, "Action Script Preview"));
-    program.ClickRow(dialog.list, 1);
+    const struct {
+        int row;  // -1: take all
+        bool accept;
+        std::vector<unsigned long long> taken;
+    } steps[] = {{1, true, {2}}, {-1, false, {}}, {-1, true, {1, 3}}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.row);
+        if (step.row >= 0) program.ClickRow(dialog.list, step.row);
+        program.Click(step.row < 0 ? dialog.takeAll : dialog.take);
+        // actiontitle, staticlabel, actionconfirmation, cancel, ok
+        const std::vector<Window> confirmation = program.WaitForDialog("Confirmation Required");
+        ASSERT_EQ(confirmation.size(), 5u);
+        program.Click(confirmation[step.accept ? 4 : 3]);
+        EXPECT_TRUE(Gone(program, "Confirmation Required"));
+        for (const unsigned long long id : step.taken) {
+            const std::optional<Report> taken = program.WaitFor("ActionTaken", id);
+            EXPECT_TRUE(taken && !taken->cancel) << id;
+        }
+        EXPECT_EQ(Texts(program.ThreeTicks()), "");
+    }
     EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
-TEST(DialogFlows, MessagesExpireAreWithdrawnOrStay) {
+// Messages expire, are withdrawn or stay; then a quiet period comes over the
+// action dialog, which brings the forced action first: the notice disables the
+// dialog until its "OK", and the action is taken once the period ends, once.
+TEST(DialogFlows, MessagesThenAQuietPeriodThatHoldsAForcedActionBack) {
     LiveProgram program;
     program.Start();
     program.Send({"message id=1 title=\"Brief\" text=\"goes by itself\" timeout=4s",
@@ -97,14 +77,7 @@ TEST(DialogFlows, MessagesExpireAreWithdrawnOrStay) {
     program.Send({"remove id=2 type=Message"});
     EXPECT_TRUE(Gone(program, "Withdrawn"));
     EXPECT_EQ(program.TopLevelWindows("Vorkan notification:").size(), 1u);
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
-TEST(DialogFlows, AQuietPeriodHoldsForcedActionsBackAndItsNoticeDisablesTheActionDialog) {
-    LiveProgram program;
-    program.Start();
-    // The action first, so that the notice comes over a shown action dialog.
-    program.Send({"action id=1 title=\"The forced action\" deadline=+0s force", "quiet-start end=+1h"});
+    program.Send({"action id=4 title=\"The forced action\" deadline=+0s force", "quiet-start end=+1h"});
     const ActionDialogWindows dialog = program.WaitForActionDialog();
     const std::vector<Window> notice = program.WaitForDialog("Not Currently Available");  // staticlabel, ok
     ASSERT_EQ(notice.size(), 2u);
@@ -112,6 +85,10 @@ TEST(DialogFlows, AQuietPeriodHoldsForcedActionsBackAndItsNoticeDisablesTheActio
     program.Click(notice[1]);
     EXPECT_TRUE(Gone(program, "Not Currently Available"));
     program.ClickRow(dialog.list, 0);
+    program.Send({"quiet-end"});
+    const std::optional<Report> taken = program.WaitFor("ActionTaken", 4);
+    EXPECT_TRUE(taken && !taken->cancel);
+    EXPECT_EQ(Texts(program.ThreeTicks()), "");
     EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
@@ -124,9 +101,9 @@ TEST(DialogFlows, TheLocalesTranslationRetitlesEveryFixedWindow) {
     german.useLocale = true;
     german.files = {{"de.xlat", "", translation.str()}};
     LiveProgram program;
-    program.Start(german);
-    program.Send({"action id=1 title=\"Die erste Aktion\" preview=\"echo eins\" confirm=\"Sicher?\""});
-    const ActionDialogWindows dialog = program.WaitForActionDialog("Aktionsanforderungen");
+    const ActionDialogWindows dialog = program.StartWithActions(
+        {"action id=1 title=\"Die erste Aktion\" preview=\"echo eins\" confirm=\"Sicher?\""}, german,
+        "Aktionsanforderungen");
     program.Click(dialog.takeAll);
     const std::vector<Window> confirmation = program.WaitForDialog("Bestätigung erforderlich");
     ASSERT_EQ(confirmation.size(), 5u);
@@ -150,20 +127,16 @@ struct Unbuildable {
     const char* dialog;
     const char* text;
     std::vector<std::string> commands;
-    void (*open)(LiveProgram&);  // the clicks that open it, if it takes any
+    Window ActionDialogWindows::*open;  // the button that opens it (after choosing the row), if any
 };
 
 TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0) {
     const Unbuildable rows[] = {
         {"ActionRequestDialog", "Action Requests", {"action id=1 title=One"}, nullptr},
         {"ActionDetailsDialog", "Action Script Preview", {"action id=1 title=\"The only action\" preview=p"},
-         [](LiveProgram& program) {
-             const ActionDialogWindows dialog = program.WaitForActionDialog();
-             program.ClickRow(dialog.list, 0);
-             program.Click(dialog.details);
-         }},
+         &ActionDialogWindows::details},
         {"ConfirmationDialog", "Confirmation Required", {"action id=1 title=One confirm=c"},
-         [](LiveProgram& program) { program.Click(program.WaitForActionDialog().takeAll); }},
+         &ActionDialogWindows::take},
         {"MessageDialog", "Vorkan notification:", {"message id=1 title=One completion"}, nullptr},
         {"QuietModeDialog", "Not Currently Available", {"action id=1 title=One", "quiet-start end=+1h"}, nullptr},
     };
@@ -176,7 +149,10 @@ TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0)
         programs[i].Send(rows[i].commands);
     }
     for (std::size_t i = 0; i < programs.size(); ++i) {
-        if (rows[i].open != nullptr) rows[i].open(programs[i]);
+        if (rows[i].open == nullptr) continue;
+        const ActionDialogWindows dialog = programs[i].WaitForActionDialog();
+        programs[i].ClickRow(dialog.list, 0);
+        programs[i].Click(dialog.*rows[i].open);
     }
     for (std::size_t i = 0; i < programs.size(); ++i) {
         SCOPED_TRACE(rows[i].dialog);

@@ -16,9 +16,8 @@
 
 #include <gtest/gtest.h>
 
-#include "client/ClientDocuments.h"
-#include "client/OpenDialogRequest.h"
 #include "tests/e2e/LiveProgram.h"
+#include "tests/support/ChildProcess.h"
 
 #include <X11/Xlib.h>
 
@@ -27,12 +26,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kHiddenWindow[] = "ZAMClientUIHiddenWindow";
-
-std::string Kinds(const std::vector<Report>& reports) {
-    std::string kinds;
-    for (const Report& report : reports) kinds += report.text + "; ";
-    return kinds;
-}
 
 std::string FileText(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -47,47 +40,8 @@ TEST(EndToEnd, InitialisationWritesTheFilesThenTheHiddenWindowAppearsUnmapped) {
     const std::vector<Window> hidden = program.WaitForTopLevelWindows(kHiddenWindow);
     ASSERT_EQ(hidden.size(), 1u);
     EXPECT_FALSE(program.IsMapped(hidden[0]));
-    std::string error;
-    EXPECT_EQ(SendOpenRequest(program.DisplayName(), std::chrono::seconds(10), error), 1) << error;
     EXPECT_EQ(FileText(program.Files().Path("base/notes.txt")), "first line\n\x01\xff bytes");
     EXPECT_EQ(FileText(program.Files().Path("base/_brand.xlat")), "Cancel\tStop\n");
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
-TEST(EndToEnd, ForcedDeadlineWaitsOutTheQuietPeriodThenIsReportedOnce) {
-    LiveProgram program;
-    program.Start();
-    program.Send({"quiet-start end=+1h", "action id=31 title=Forced deadline=+0s force restart"});
-    EXPECT_EQ(Kinds(program.ThreeTicks()), "");
-    program.Send({"quiet-end"});
-    const std::optional<Report> taken = program.WaitFor("ActionTaken", 31);
-    ASSERT_TRUE(taken);
-    EXPECT_FALSE(taken->cancel);
-    EXPECT_EQ(Kinds(program.ThreeTicks()), "");
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
-TEST(EndToEnd, RemovalBeforeTheDeadlineMeansNoReport) {
-    LiveProgram program;
-    program.Start();
-    // In the same document as the action, and in the next one.
-    program.Send({"action id=41 deadline=+1s force", "remove id=41 type=Action"});
-    program.Send({"action id=42 deadline=+1s force"});
-    program.Send({"remove id=42"});
-    EXPECT_EQ(Kinds(program.ThreeTicks()), "");
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
-TEST(EndToEnd, AMalformedDocumentDropsItsBatchAndTheNextIsHandled) {
-    LiveProgram program;
-    program.Start();
-    // A bad ID before a valid forced action: the whole rest is dropped.
-    std::string document = RecordsDocument({ParseCommand("action id=51 deadline=+0s force")}, Instant::Now());
-    document.insert(document.find("<ClientToUI>") + 12, "<ActionRequest><ID>5x</ID></ActionRequest>");
-    program.Client().SendDocument(document);
-    EXPECT_EQ(Kinds(program.ThreeTicks()), "");
-    program.Send({"action id=52 deadline=+0s force"});
-    EXPECT_TRUE(program.WaitFor("ActionTaken", 52));
     EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
@@ -99,38 +53,24 @@ TEST(EndToEnd, KillingTheClientEndsTheProgram) {
     std::ofstream(program.Files().Path("long.scenario")) << "at 60s close\n";
     int out[2];
     ASSERT_EQ(pipe2(out, O_CLOEXEC), 0);
-    const pid_t client = fork();
-    if (client == 0) {
-        dup2(out[1], 1);
-        const std::string display = "DISPLAY=" + program.DisplayName();
-        char* envp[] = {const_cast<char*>(display.c_str()), const_cast<char*>("PATH=/usr/bin:/bin"), nullptr};
-        const std::string scenario = program.Files().Path("long.scenario");
-        const std::string base = program.Files().Path("base");
-        const char* argv[] = {ZAM_CLIENT_BINARY, "--ui", ZAM_CLIENTUI_BINARY, "--base-directory", base.c_str(),
-                              scenario.c_str(), nullptr};
-        execve(ZAM_CLIENT_BINARY, const_cast<char**>(argv), envp);
-        _exit(127);
+    int ended = -1;
+    pid_t ui = 0;
+    {
+        ChildProcess client;  // killed outright and reaped at the end of this block
+        const bool started = client.Exec(ZAM_CLIENT_BINARY, {"DISPLAY=" + program.DisplayName(), "PATH=/usr/bin:/bin"},
+                                         {"--ui", ZAM_CLIENTUI_BINARY, "--base-directory", program.Files().Path("base"),
+                                          program.Files().Path("long.scenario")},
+                                         {{1, out[1]}});
+        close(out[1]);
+        ASSERT_TRUE(started);
+        const std::string transcript = ReadUntil(out[0], "ReadyForData", kCeiling);
+        close(out[0]);
+        const std::size_t pid = transcript.find("(pid ");
+        ASSERT_NE(pid, std::string::npos) << transcript;
+        ui = static_cast<pid_t>(std::stol(transcript.substr(pid + 5)));
+        ended = static_cast<int>(syscall(SYS_pidfd_open, ui, 0));
+        ASSERT_GE(ended, 0);
     }
-    close(out[1]);
-    std::string transcript;
-    const auto until = std::chrono::steady_clock::now() + kCeiling;
-    while (transcript.find("ReadyForData") == std::string::npos && std::chrono::steady_clock::now() < until) {
-        pollfd readable{out[0], POLLIN, 0};
-        char chunk[1024];
-        if (poll(&readable, 1, 1000) <= 0) continue;
-        const ssize_t got = read(out[0], chunk, sizeof chunk);
-        if (got <= 0) break;
-        transcript.append(chunk, static_cast<std::size_t>(got));
-    }
-    close(out[0]);
-    ASSERT_NE(transcript.find("ReadyForData"), std::string::npos) << transcript;
-    const std::size_t pid = transcript.find("(pid ");
-    ASSERT_NE(pid, std::string::npos) << transcript;
-    const pid_t ui = static_cast<pid_t>(std::stol(transcript.substr(pid + 5)));
-    const int ended = static_cast<int>(syscall(SYS_pidfd_open, ui, 0));
-    ASSERT_GE(ended, 0);
-    kill(client, SIGKILL);
-    ASSERT_EQ(waitpid(client, nullptr, 0), client);
     // The program is now this process's child; it must end on its own.
     pollfd exited{ended, POLLIN, 0};
     EXPECT_EQ(poll(&exited, 1, 10000), 1) << "the program outlived its client";

@@ -1,11 +1,8 @@
 #include "tests/e2e/LiveProgram.h"
 
 #include <poll.h>
-#include <stdlib.h>
 
 #include <algorithm>
-#include <cstring>
-#include <filesystem>
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
@@ -16,7 +13,7 @@
 // X headers last: they define None, True, False and friends as macros.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
+#include "tests/support/XServerInput.h"
 
 namespace {
 
@@ -100,45 +97,33 @@ Display* LiveProgram::X() {
     if (display_ == nullptr) {
         XSetErrorHandler(IgnoreXError);
         display_ = XOpenDisplay(xvfb_.DisplayName().c_str());
+        // Top-level windows made, mapped or gone announce themselves on the
+        // root: each is a reason for WaitUntil to look again at once.
+        if (display_ != nullptr) XSelectInput(display_, DefaultRootWindow(display_), SubstructureNotifyMask);
     }
     return display_;
 }
 
 std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
     std::vector<Window> found;
-    Window root = 0, parent = 0;
-    Window* children = nullptr;
-    unsigned int count = 0;
-    if (XQueryTree(X(), DefaultRootWindow(X()), &root, &parent, &children, &count) == 0) return found;
-    for (unsigned int i = 0; i < count; ++i) {
+    for (const Window window : Children(DefaultRootWindow(X()))) {
         // A name is Latin-1 (STRING) or compound text, however the title came: read as UTF-8.
         XTextProperty name{};
-        if (XGetWMName(X(), children[i], &name) == 0) continue;
+        if (XGetWMName(X(), window, &name) == 0) continue;
         char** names = nullptr;
         int named = 0;
         if (Xutf8TextPropertyToTextList(X(), &name, &names, &named) >= Success && named > 0 && title == names[0]) {
-            found.push_back(children[i]);
+            found.push_back(window);
         }
         if (names != nullptr) XFreeStringList(names);
         XFree(name.value);
     }
-    if (children != nullptr) XFree(children);
     return found;
 }
 
 std::vector<Window> LiveProgram::WaitForTopLevelWindows(const std::string& title) {
-    // New windows announce themselves on the root and their names as property
-    // changes; selected before the first look so nothing slips in between.
-    XSelectInput(X(), DefaultRootWindow(X()), SubstructureNotifyMask);
-    XSync(X(), False);
-    const auto until = std::chrono::steady_clock::now() + kCeiling;
-    std::vector<Window> found = TopLevelWindows(title);
-    while (found.empty() && WaitForXEvent(X(), until)) {
-        XEvent event;
-        XNextEvent(X(), &event);
-        if (event.type == CreateNotify) XSelectInput(X(), event.xcreatewindow.window, PropertyChangeMask);
-        found = TopLevelWindows(title);
-    }
+    std::vector<Window> found;
+    WaitUntil([&] { return !(found = TopLevelWindows(title)).empty(); });
     return found;
 }
 
@@ -147,15 +132,7 @@ bool LiveProgram::IsMapped(Window window) {
     return XGetWindowAttributes(X(), window, &attributes) != 0 && attributes.map_state != IsUnmapped;
 }
 
-void LiveProgram::ClickAt(Window window, int x, int y) {
-    int rootX = 0, rootY = 0;
-    Window child = 0;
-    XTranslateCoordinates(X(), window, DefaultRootWindow(X()), x, y, &rootX, &rootY, &child);
-    XTestFakeMotionEvent(X(), DefaultScreen(X()), rootX, rootY, 0);
-    XTestFakeButtonEvent(X(), 1, True, 0);
-    XTestFakeButtonEvent(X(), 1, False, 0);
-    XSync(X(), False);
-}
+void LiveProgram::ClickAt(Window window, int x, int y) { ClickThroughServer(X(), window, x, y); }
 
 void LiveProgram::Click(Window window) {
     XWindowAttributes attributes{};
@@ -187,21 +164,22 @@ bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
     return true;
 }
 
+ActionDialogWindows LiveProgram::StartWithActions(const std::vector<std::string>& commands,
+                                                 const Scenario& scenario, const std::string& title) {
+    Start(scenario);
+    Send(commands);
+    return WaitForActionDialog(title);
+}
+
 ActionDialogWindows LiveProgram::WaitForActionDialog(const std::string& title) {
-    ActionDialogWindows dialog;
-    const std::vector<Window> shells = WaitForTopLevelWindows(title);
-    if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
-        ADD_FAILURE() << shells.size() << " action request dialogs, or none mapped";
-        return dialog;
-    }
-    // shell > form > actiontitle, actiondesc, actionListLabel, viewport,
-    // takeAllActions, takeActions, cancelAction, actionDetails, snoozeLabel,
-    // snoozeViewport, snoozeButton; a viewport > its clip > the list.
-    const std::vector<Window> form = Children(shells[0]);
-    const std::vector<Window> widgets = form.size() == 1 ? Children(form[0]) : std::vector<Window>();
+    // form: actiontitle, actiondesc, actionListLabel, viewport, takeAllActions,
+    // takeActions, cancelAction, actionDetails, snoozeLabel, snoozeViewport,
+    // snoozeButton; a viewport > its clip > the list.
+    Window shell = 0;
+    const std::vector<Window> widgets = WaitForDialog(title, &shell);
     if (widgets.size() != 11) {
         ADD_FAILURE() << "the action request dialog has " << widgets.size() << " widget windows, not 11";
-        return dialog;
+        return {};
     }
     // Of a viewport's two windows, its clip is the one with the list inside.
     const auto listIn = [&](Window viewport) {
@@ -210,9 +188,7 @@ ActionDialogWindows LiveProgram::WaitForActionDialog(const std::string& title) {
         }
         return Window(0);
     };
-    dialog = {shells[0], listIn(widgets[3]), widgets[4], widgets[5], widgets[6], widgets[7], listIn(widgets[9]),
-              widgets[10]};
-    return dialog;
+    return {shell, listIn(widgets[3]), widgets[4], widgets[5], widgets[6], widgets[7], listIn(widgets[9]), widgets[10]};
 }
 
 std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
@@ -231,33 +207,22 @@ std::vector<LiveProgram::ShownRow> LiveProgram::ShownRows(Window list) {
     // The list's margin is background; a row is a band of lines with anything
     // else on them (text, or a highlighted row's block).
     const unsigned long background = XGetPixel(image, 0, 0);
-    const auto drawn = [&](int x, int y) { return XGetPixel(image, x, y) != background; };
-    const auto lineDrawn = [&](int y) {
+    for (int y = 0, start = -1, topDrawn = 0; y <= clipSize.height; ++y) {
+        int left = clipSize.width, right = -1, drawn = 0;
         for (int x = 0; y < clipSize.height && x < clipSize.width; ++x) {
-            if (drawn(x, y)) return true;
+            if (XGetPixel(image, x, y) != background) left = std::min(left, x), right = x, ++drawn;
         }
-        return false;
-    };
-    for (int y = 0, start = -1; y <= clipSize.height; ++y) {
-        if (lineDrawn(y)) {
-            if (start < 0) start = y;
+        if (right >= 0) {
+            if (start < 0) start = y, topDrawn = drawn, rows.push_back({0, left, right, false});
+            rows.back().left = std::min(rows.back().left, left), rows.back().right = std::max(rows.back().right, right);
             continue;
         }
         if (start < 0) continue;
-        ShownRow row;
-        row.left = clipSize.width;
-        for (int line = start; line < y; ++line) {
-            for (int x = 0; x < clipSize.width; ++x) {
-                if (drawn(x, line)) row.left = std::min(row.left, x), row.right = std::max(row.right, x);
-            }
-        }
+        ShownRow& row = rows.back();
         // Text leaves gaps on its top line, a highlighted row's block does not.
-        int top = 0;
-        for (int x = row.left; x <= row.right; ++x) top += drawn(x, start) ? 1 : 0;
-        row.highlighted = 10 * top >= 9 * (row.right - row.left + 1);
+        row.highlighted = 10 * topDrawn >= 9 * (row.right - row.left + 1);
         row.y = (start + y - 1) / 2 - listPlace.y;
         row.left -= listPlace.x, row.right -= listPlace.x;
-        rows.push_back(row);
         start = -1;
     }
     XDestroyImage(image);
@@ -280,12 +245,13 @@ bool LiveProgram::ClickRow(Window list, std::size_t row) {
     return highlighted;
 }
 
-std::vector<Window> LiveProgram::WaitForDialog(const std::string& title) {
+std::vector<Window> LiveProgram::WaitForDialog(const std::string& title, Window* shell) {
     const std::vector<Window> shells = WaitForTopLevelWindows(title);
     if (shells.size() != 1 || !WaitUntil([&] { return IsMapped(shells[0]); })) {
         ADD_FAILURE() << shells.size() << " windows titled \"" << title << "\", or none mapped";
         return {};
     }
+    if (shell != nullptr) *shell = shells[0];
     const std::vector<Window> form = Children(shells[0]);
     return form.size() == 1 ? Children(form[0]) : std::vector<Window>();
 }

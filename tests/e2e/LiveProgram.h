@@ -49,7 +49,6 @@ public:
     void Start(const Scenario& scenario = Scenario());
     // Plays the scenario's steps.
     void Play(const Scenario& scenario);
-    Session& Client() { return *session_; }
     const ::Sandbox& Files() const { return sandbox_; }
     const std::string& DisplayName() const { return xvfb_.DisplayName(); }
 
@@ -66,7 +65,7 @@ public:
     Display* X();
     // Top-level windows whose name is `title`, as they are now.
     std::vector<Window> TopLevelWindows(const std::string& title);
-    // Waits, on X events, until at least one such window exists.
+    // Waits (WaitUntil) until at least one such window exists.
     std::vector<Window> WaitForTopLevelWindows(const std::string& title);
     // False too for a window that is gone.
     bool IsMapped(Window window);
@@ -82,6 +81,10 @@ public:
     // Waits until one action request dialog is mapped; its windows, or all
     // zero (and a test failure) if none is within the ceiling.
     ActionDialogWindows WaitForActionDialog(const std::string& title = "Action Requests");
+    // Start, then one document of `commands`, then WaitForActionDialog.
+    ActionDialogWindows StartWithActions(const std::vector<std::string>& commands,
+                                         const Scenario& scenario = Scenario(),
+                                         const std::string& title = "Action Requests");
     // A row of text a list shows, in the list's coordinates: the middle line
     // of its band, how far drawing reaches in it, and whether its top line is
     // drawn through (the block of a highlighted row; text leaves gaps).
@@ -102,8 +105,8 @@ public:
     bool WaitUntil(const std::function<bool()>& condition);
     // Waits until one window titled `title` is mapped; the widget windows in
     // its form, in the order the program made them (none, and a test
-    // failure, if there is none within the ceiling).
-    std::vector<Window> WaitForDialog(const std::string& title);
+    // failure, if there is none within the ceiling), and its shell in `shell`.
+    std::vector<Window> WaitForDialog(const std::string& title, Window* shell = nullptr);
     // Everything reported until the program ends on its own, then its exit
     // status (nothing if it still runs after the ceiling).
     std::pair<std::vector<Report>, std::optional<int>> UntilItEnds();

@@ -180,3 +180,22 @@ std::string InitializationDocument(const std::string& baseDirectory) {
     info.baseDirectory = MakeFileLocation(baseDirectory);
     return std::string(ConvertToXML(info).View());
 }
+
+std::string ReadUntil(int fd, const std::string& end, std::chrono::milliseconds timeout) {
+    std::string text;
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (text.find(end) == std::string::npos) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0) break;
+        pollfd waitFor{fd, POLLIN, 0};
+        const int ready = poll(&waitFor, 1, static_cast<int>(left.count()));
+        if (ready < 0 && errno == EINTR) continue;
+        if (ready <= 0) break;
+        char buffer[256];
+        const ssize_t got = read(fd, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) break;
+        text.append(buffer, static_cast<std::size_t>(got));
+    }
+    return text;
+}

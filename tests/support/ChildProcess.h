@@ -63,3 +63,7 @@ private:
 // A ClientToUI document carrying an InitializationInfo with `baseDirectory`
 // and no support files, UseLocale off.
 std::string InitializationDocument(const std::string& baseDirectory);
+
+// What comes from `fd` until it holds `end`, the output ends, or `timeout`
+// runs out (with `end` then missing).
+std::string ReadUntil(int fd, const std::string& end, std::chrono::milliseconds timeout);

@@ -1,10 +1,8 @@
 #include "tests/support/Xvfb.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 
@@ -14,26 +12,6 @@ namespace {
 constexpr int kDisplayFd = 3;
 constexpr auto kStartTimeout = std::chrono::seconds(20);
 constexpr auto kStopGrace = std::chrono::seconds(5);
-
-// What Xvfb writes to `fd` until a newline, the end, or `timeout`.
-std::string ReadLine(int fd, std::chrono::milliseconds timeout) {
-    std::string line;
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (line.empty() || line.back() != '\n') {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0) break;
-        pollfd waitFor{fd, POLLIN, 0};
-        const int ready = poll(&waitFor, 1, static_cast<int>(left.count()));
-        if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) break;
-        char buffer[16];
-        const ssize_t got = read(fd, buffer, sizeof buffer);
-        if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) break;
-        line.append(buffer, static_cast<std::size_t>(got));
-    }
-    return line;
-}
 
 class XvfbEnvironment : public ::testing::Environment {
 public:
@@ -71,7 +49,7 @@ bool XvfbServer::Start() {
     if (devNull >= 0) close(devNull);
     close(fds[1]);
     // Xvfb writes the number and a newline once it accepts connections.
-    std::string number = started ? ReadLine(fds[0], kStartTimeout) : "";
+    std::string number = started ? ReadUntil(fds[0], "\n", kStartTimeout) : "";
     close(fds[0]);
     if (number.size() < 2 || number.back() != '\n' || number.find_first_not_of("0123456789\n") != std::string::npos) {
         failure_ = started ? "Xvfb did not report a display" : "Xvfb could not be started";

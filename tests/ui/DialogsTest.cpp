@@ -40,7 +40,7 @@
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/AsciiText.h>
-#include <X11/extensions/XTest.h>
+#include "tests/support/XServerInput.h"
 
 // The Athena vendor shell's input-method record is the library's, not ours.
 extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\nleak:_XawImRegister\n"; }
@@ -127,13 +127,7 @@ protected:
     // Presses and releases the first button over the widget, through the server.
     static Commands Click(Widget shell, const char* name) {
         Pump();
-        int x = 0, y = 0;
-        Window child = 0;
-        const Window button = XtWindow(Child(shell, name));
-        XTranslateCoordinates(display, button, DefaultRootWindow(display), 3, 3, &x, &y, &child);
-        XTestFakeMotionEvent(display, -1, x, y, CurrentTime);
-        XTestFakeButtonEvent(display, 1, True, CurrentTime);
-        XTestFakeButtonEvent(display, 1, False, CurrentTime);
+        ClickThroughServer(display, XtWindow(Child(shell, name)), 3, 3);
         Pump();
         return Queued();
     }
@@ -152,8 +146,6 @@ TEST_F(Dialogs, WidgetsTextsLayoutAndClicks) {
     const char* kTitle = "Take {x} now }{";
     const Instant start = kNow + Seconds(3600), end = start + Seconds(1800);
     const FormatFile translator(MakeFileLocation(TestDataPath("translator.xlat")));
-    const Atom protocols = XInternAtom(display, "WM_PROTOCOLS", False);
-    const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
     struct Case {
         const char* dialog;
         std::function<void()> show, showAgain;  // the second show changes nothing
@@ -220,15 +212,7 @@ TEST_F(Dialogs, WidgetsTextsLayoutAndClicks) {
             }
         }
         EXPECT_LE(std::abs((row.front()[0] - span[0]) - (span[2] - row.back()[2])), 1);  // centred
-        Atom* announced = nullptr;
-        int count = 0;
-        ASSERT_NE(XGetWMProtocols(display, XtWindow(shell), &announced, &count), 0);
-        EXPECT_EQ(std::vector<Atom>(announced, announced + count), std::vector<Atom>{deleteWindow});
-        XFree(announced);
-        XEvent close{};
-        close.xclient = {ClientMessage, 0, False, display, XtWindow(shell), protocols, 32, {}};
-        close.xclient.data.l[0] = static_cast<long>(deleteWindow);
-        XSendEvent(display, XtWindow(shell), False, NoEventMask, &close);
+        EXPECT_TRUE(AnnouncesDeleteWindowThenIsClosed(display, XtWindow(shell)));
         Pump();
         ASSERT_EQ(c.shell(), shell);  // the window manager's close leaves it open
         EXPECT_EQ(Click(shell, c.click), c.clicked);
@@ -276,10 +260,8 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
         const Widget shell = ConfirmationDialog::Shell();
         return shell != nullptr ? Text(Child(shell, "actiontitle"), XtNlabel) : "";
     };
-    auto taken = [](const Ids& ids) {
-        std::vector<std::string> documents;
-        for (auto id : ids) documents.emplace_back(ConvertToUIToClientXML(ActionTaken(id, false, false)).View());
-        return documents;
+    auto taken = [](unsigned long long id) {
+        return std::string(ConvertToUIToClientXML(ActionTaken(id, false, false)).View());
     };
     UIMessage message;  // an action with a confirmation, in the same tick as the take-all
     message.text = AutoUString<UTF8>("<ClientToUI><ActionRequest><ID>7</ID><Title>New</Title><PreActionMessage>?"
@@ -287,7 +269,12 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
     readQ.WriteMessage(std::move(message));
     EXPECT_EQ(tick({{T::TakeAll, 0}}), "New");
     EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
-    EXPECT_EQ(Sent(), taken({7}));
+    EXPECT_EQ(Sent(), std::vector<std::string>{taken(7)});
+    actions = {Action(1, "A", nullptr, "?"), Action(2, "B", nullptr, "?")};  // both ask, one after the other
+    EXPECT_EQ(tick({{T::TakeAll, 0}}), "A");
+    EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "B");
+    EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
+    EXPECT_EQ(Sent(), (std::vector<std::string>{taken(1), taken(2)}));
 
     ShowConfirmationRequestDialog(9);  // not pending: nothing shown, declined at once
     EXPECT_EQ(ConfirmationDialog::Shell(), nullptr);
