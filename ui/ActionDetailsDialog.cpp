@@ -50,12 +50,7 @@ namespace ActionDetailsDialog {
 
 void Show(unsigned long long actionId) {
     if (display == nullptr || window.Exists()) return;
-    try {
-        Build(actionId);
-    } catch (...) {
-        window.Destroy();
-        EndForUnbuildableDialog("ActionDetailsDialog");
-    }
+    window.BuildOrEnd("ActionDetailsDialog", [&] { Build(actionId); });
 }
 
 void Update() {}

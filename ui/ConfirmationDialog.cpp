@@ -78,12 +78,7 @@ void Show(unsigned long long actionId) {
         return;
     }
     shownId = actionId;
-    try {
-        Build(*action);
-    } catch (...) {
-        window.Destroy();
-        EndForUnbuildableDialog("ConfirmationDialog");
-    }
+    window.BuildOrEnd("ConfirmationDialog", [&] { Build(*action); });
 }
 
 void Update() {}

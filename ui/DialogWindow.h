@@ -55,6 +55,11 @@ public:
     void Present(Widget text);
     // Destroys the shell, then frees the texts. Harmless when there is none.
     void Destroy();
+    // Runs `build`; if it throws (in practice: a text the locale cannot show),
+    // destroys what was made and ends the program for the dialog
+    // `dialogName` (EndForUnbuildableDialog).
+    template <class Build>
+    void BuildOrEnd(const char* dialogName, Build build);
 
     Widget Shell() const noexcept { return Exists() ? shell_ : nullptr; }
     Widget Form() const noexcept { return Exists() ? form_ : nullptr; }
@@ -99,6 +104,16 @@ void SpaceUnder(Widget first, Widget second, Widget span);
 // show) ends the program: the client is told which one (error code 2, sent
 // twice), then ExitCleanup(0, "TranscodeError").
 void EndForUnbuildableDialog(const char* dialogName);
+
+template <class Build>
+void DialogWindow::BuildOrEnd(const char* dialogName, Build build) {
+    try {
+        build();
+    } catch (...) {
+        Destroy();
+        EndForUnbuildableDialog(dialogName);
+    }
+}
 
 // The outermost shell above a widget, e.g. of the button that was pressed.
 Widget ShellOf(Widget widget);

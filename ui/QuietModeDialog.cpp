@@ -43,12 +43,7 @@ namespace QuietModeDialog {
 
 void Show(Instant start, Instant end) {
     if (display == nullptr || window.Exists()) return;
-    try {
-        Build(start, end);
-    } catch (...) {
-        window.Destroy();
-        EndForUnbuildableDialog("QuietModeDialog");
-    }
+    window.BuildOrEnd("QuietModeDialog", [&] { Build(start, end); });
 }
 
 void Remove() { window.Destroy(); }
