@@ -20,15 +20,16 @@
 #include <thread>
 #include <vector>
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-
 #include "bench/BenchXvfb.h"
 #include "bench/ClientDocument.h"
 #include "client/BaseDirectory.h"
 #include "client/UIProcess.h"
 #include "protocol/Documents.h"
 #include "protocol/InitializationInfo.h"
+
+// X headers last: they define None, True, False and friends as macros.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 namespace {
 

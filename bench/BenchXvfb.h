@@ -4,10 +4,10 @@
 // own display number, a second connection that watches the root for maps,
 // the toolkit opened as the program opens it, and readings of /proc.
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <string>
+
+#include "tests/support/Xvfb.h"
 
 #include <X11/Xlib.h>
 
@@ -15,8 +15,7 @@ using BenchClock = std::chrono::steady_clock;
 
 double Milliseconds(BenchClock::duration d);
 
-// Starts Xvfb (-displayfd: no number is guessed), points DISPLAY at it with
-// no resource files, and opens `observer` on it, selecting SubstructureNotify
+// Starts the tests' private Xvfb, points DISPLAY at it with no resource files, and opens `observer` on it, selecting SubstructureNotify
 // on the root. False when either failed; Stop() is safe either way.
 class BenchXvfb {
 public:
@@ -32,7 +31,7 @@ public:
     Display* Observer() const { return observer_; }
 
 private:
-    pid_t server_ = -1;
+    XvfbServer server_;
     std::string name_;
     Display* observer_ = nullptr;
 };
