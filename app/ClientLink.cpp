@@ -34,3 +34,7 @@ void QueueCommand(UICommandType type, unsigned long long id, long minutes, long 
     uiCommandQ.WriteMessage(std::make_unique<UICommand>(type, id, static_cast<std::int32_t>(minutes),
                                                         static_cast<std::uint32_t>(seconds)));
 }
+
+void QueueCommand(const UICommand& command) {
+    uiCommandQ.WriteMessage(std::make_unique<UICommand>(command));
+}

@@ -45,3 +45,5 @@ void SendErrorToClient(ClientUIErrorMessage& error);
 // From widget callbacks and event handlers, on the main thread. Only the low
 // 32 bits of `seconds` are kept.
 void QueueCommand(UICommandType type, unsigned long long id, long minutes, long long seconds);
+// The same for a command made whole, e.g. one about a pending entry.
+void QueueCommand(const UICommand& command);

@@ -12,13 +12,16 @@ public:
     bool IsActionRequestDialogShown() override { return false; }
     void EnableActionRequestDialog() override {}
     void DisableActionRequestDialog() override {}
-    void ShowActionDetailsDialog(unsigned long long) override {}
-    void ShowConfirmationRequestDialog(unsigned long long) override {}
+    void ShowActionDetailsDialog(unsigned long long, EntryNumber) override {}
+    void ShowConfirmationRequestDialog(unsigned long long, EntryNumber) override {}
+    bool IsActionDetailsDialogShown() override { return false; }
+    bool IsConfirmationDialogShown() override { return false; }
     void ShowMessageDialog(const MessageRequest&) override {}
     void RemoveMessageDialog(unsigned long long) override {}
     void RemoveTimedoutMessageDialogs() override {}
     void ShowQuietModeDialog(const Instant&, const Instant&) override {}
     void RemoveQuietModeDialog() override {}
+    bool IsQuietModeDialogShown() override { return false; }
     void CreateHiddenWindowOnce() override {}
     void DestroyApplicationContext() override {}
 };
@@ -56,11 +59,17 @@ void EnableActionRequestDialog() {
 void DisableActionRequestDialog() {
     WiredDialogCalls().DisableActionRequestDialog();
 }
-void ShowActionDetailsDialog(unsigned long long id) {
-    WiredDialogCalls().ShowActionDetailsDialog(id);
+void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) {
+    WiredDialogCalls().ShowActionDetailsDialog(id, entry);
 }
-void ShowConfirmationRequestDialog(unsigned long long id) {
-    WiredDialogCalls().ShowConfirmationRequestDialog(id);
+void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry) {
+    WiredDialogCalls().ShowConfirmationRequestDialog(id, entry);
+}
+bool IsActionDetailsDialogShown() {
+    return WiredDialogCalls().IsActionDetailsDialogShown();
+}
+bool IsConfirmationDialogShown() {
+    return WiredDialogCalls().IsConfirmationDialogShown();
 }
 void ShowMessageDialog(const MessageRequest& request) {
     WiredDialogCalls().ShowMessageDialog(request);
@@ -76,4 +85,7 @@ void ShowQuietModeDialog(const Instant& start, const Instant& end) {
 }
 void RemoveQuietModeDialog() {
     WiredDialogCalls().RemoveQuietModeDialog();
+}
+bool IsQuietModeDialogShown() {
+    return WiredDialogCalls().IsQuietModeDialogShown();
 }

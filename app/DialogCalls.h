@@ -10,6 +10,7 @@
 // nothing and the action dialog counts as not shown.
 
 #include "base/time/Instant.h"
+#include "protocol/ActionRequest.h"
 
 struct MessageRequest;
 
@@ -28,9 +29,12 @@ public:
     virtual void EnableActionRequestDialog() = 0;
     virtual void DisableActionRequestDialog() = 0;
 
-    // The action details and confirmation dialogs.
-    virtual void ShowActionDetailsDialog(unsigned long long id) = 0;
-    virtual void ShowConfirmationRequestDialog(unsigned long long id) = 0;
+    // The action details and confirmation dialogs, each for one pending entry
+    // (ActionRequest::entry) with this ID.
+    virtual void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) = 0;
+    virtual void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry) = 0;
+    virtual bool IsActionDetailsDialogShown() = 0;
+    virtual bool IsConfirmationDialogShown() = 0;
 
     // Message and quiet-mode dialogs.
     virtual void ShowMessageDialog(const MessageRequest& request) = 0;
@@ -38,6 +42,7 @@ public:
     virtual void RemoveTimedoutMessageDialogs() = 0;
     virtual void ShowQuietModeDialog(const Instant& start, const Instant& end) = 0;
     virtual void RemoveQuietModeDialog() = 0;
+    virtual bool IsQuietModeDialogShown() = 0;
 
     // The hidden top-level window through which another process asks for the
     // action dialog. The tick calls this on every tick after initialisation;
@@ -63,10 +68,13 @@ void FlushActionRequestDialog();
 bool IsActionRequestDialogShown();
 void EnableActionRequestDialog();
 void DisableActionRequestDialog();
-void ShowActionDetailsDialog(unsigned long long id);
-void ShowConfirmationRequestDialog(unsigned long long id);
+void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry);
+void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry);
+bool IsActionDetailsDialogShown();
+bool IsConfirmationDialogShown();
 void ShowMessageDialog(const MessageRequest& request);
 void RemoveMessageDialog(unsigned long long id);
 void RemoveTimedoutMessageDialogs();
 void ShowQuietModeDialog(const Instant& start, const Instant& end);
 void RemoveQuietModeDialog();
+bool IsQuietModeDialogShown();

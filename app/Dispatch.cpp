@@ -1,6 +1,8 @@
 #include "app/Dispatch.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 #include <utility>
 
 #include "actions/PendingActions.h"
@@ -24,6 +26,13 @@ namespace {
 
 constexpr std::int64_t kMicrosecondsPerMinute = 60 * kMicrosecondsPerSecond;
 
+// The entries pending when Take All Actions was pressed, in list order; the
+// walk has come as far as takeAllCursor.
+std::vector<EntryNumber> takeAllEntries;
+// The entry whose confirmation is open, 0 when none is. Asked for by the
+// dispatch alone, one at a time; only its answer clears it.
+EntryNumber confirmationEntry = 0;
+
 // The messages that followed an applied InitializationInfo in its batch; they
 // are handled by the next call, once the program is initialised. Never
 // destroyed, like the queues it is filled from.
@@ -32,8 +41,16 @@ FiFoQueue<UIMessage>& PendingClientMessages() {
     return *pending;
 }
 
-void ShowActionDialog() {
-    ShowActionRequestDialog(false, m_remindInterval, m_snoozable);
+// The confirmation, the details and, during a quiet period, its notice hold
+// the action dialog: it takes no input while one of them is open, whoever
+// asks to enable it.
+bool ActionDialogHeld() {
+    return confirmationEntry != 0 || IsConfirmationDialogShown() || IsActionDetailsDialogShown() ||
+           (inQuietMode && IsQuietModeDialogShown());
+}
+
+void EnableUnlessHeld() {
+    if (!ActionDialogHeld()) EnableActionRequestDialog();
 }
 
 // ---- One handler per client element ----
@@ -41,7 +58,7 @@ void ShowActionDialog() {
 void OnActionRequest(const XMLElement& element) {
     ActionRequest request;
     XMLSerialize(element, request);
-    actions.push_back(request);
+    AppendAction(request);
     UpdateActionRequestDialog();
     // Even while snoozed: a new action always brings the dialog up.
     ShowActionDialog();
@@ -83,7 +100,7 @@ void OnQuietModeEnd(const XMLElement& element) {
     RemoveQuietModeDialog();
     if (IsActionRequestDialogShown()) {
         UpdateActionRequestDialog();
-        EnableActionRequestDialog();
+        EnableUnlessHeld();
     }
 }
 
@@ -119,48 +136,72 @@ DocumentOutcome HandleDocument(const UIMessage& message) {
 
 // ---- User commands ----
 
-std::size_t FindAction(unsigned long long id) {
-    for (std::size_t i = 0; i < actions.size(); ++i) {
-        if (actions[i].id == id) return i;
-    }
-    return actions.size();
+// The entry a command is about: the one the user acted on, or, when the
+// command does not say, the one listed for its ID.
+std::size_t PositionOf(const UICommand& command) {
+    return command.entry != 0 ? FindEntry(command.entry) : FindShownEntry(command.id);
 }
 
-// Walks from the cursor, stopping at the next action that shows a
-// confirmation (cursor past it). True when the walk reached the end.
-bool WalkTakeAll() {
-    while (takeAllCursor < actions.size()) {
-        const std::size_t position = takeAllCursor++;
-        if (ConfirmIfRequired(position)) {
+void AskConfirmation(std::size_t position) {
+    confirmationEntry = actions[position].entry;
+    ShowConfirmationRequestDialog(actions[position].id, confirmationEntry);
+}
+
+// Walks on through the entries the take-all covers and stops at the next
+// one still pending that asks for a confirmation; at the end, takes them all.
+void ContinueTakeAll() {
+    while (takeAllCursor < takeAllEntries.size()) {
+        const std::size_t position = FindEntry(takeAllEntries[takeAllCursor++]);
+        if (position < actions.size() && actions[position].preActionMessage) {
             takeAllPending = true;
-            return false;
+            AskConfirmation(position);
+            return;
         }
     }
-    return true;
+    takeAllPending = false;
+    std::vector<EntryNumber> covered;
+    covered.swap(takeAllEntries);
+    ReportAllActionsTaken(covered);
 }
 
-void OnTakeAll() {
-    takeAllPending = false;
+void OnTakeAll(const UICommand& command) {
+    // One consent at a time: the open confirmation's answer comes first.
+    if (confirmationEntry != 0) return;
+    const EntryNumber newest = command.entry != 0 ? command.entry : NewestEntryNumber();
+    takeAllEntries.clear();
+    for (const ActionRequest& action : actions) {
+        if (action.entry <= newest) takeAllEntries.push_back(action.entry);
+    }
     takeAllCursor = 0;
-    if (WalkTakeAll()) ReportAllActionsTaken();
+    ContinueTakeAll();
+}
+
+void OnShowDetails(const UICommand& command) {
+    const std::size_t position = PositionOf(command);
+    if (position == actions.size()) {
+        EnableUnlessHeld();
+        return;
+    }
+    ShowActionDetailsDialog(actions[position].id, actions[position].entry);
 }
 
 void OnCancelAction(const UICommand& command) {
-    const std::size_t position = FindAction(command.id);
+    const std::size_t position = PositionOf(command);
     if (position < actions.size()) ReportActionTaken(position, true);
-    EnableActionRequestDialog();
+    EnableUnlessHeld();
 }
 
 void OnTakeAction(const UICommand& command) {
-    const std::size_t position = FindAction(command.id);
+    if (confirmationEntry != 0) return;
+    const std::size_t position = PositionOf(command);
     if (position == actions.size()) {
-        EnableActionRequestDialog();
+        EnableUnlessHeld();
     } else if (actions[position].preActionMessage) {
-        // A single confirmation: its ConfirmAccepted takes only this action.
-        ShowConfirmationRequestDialog(command.id);
+        // A single confirmation: its ConfirmAccepted takes only this entry.
+        AskConfirmation(position);
     } else {
         ReportActionTaken(position, false);
-        EnableActionRequestDialog();
+        EnableUnlessHeld();
     }
 }
 
@@ -172,35 +213,39 @@ void OnSnooze(const UICommand& command) {
     SendToClient(clientWriter, RemindInterval(choice.interval));
 }
 
-void OnConfirmAccepted(const UICommand& command) {
-    if (!takeAllPending) {
-        const std::size_t position = FindAction(command.id);
-        if (position < actions.size()) ReportActionTaken(position, false);
-        EnableActionRequestDialog();
+// The answer is about the confirmation the dispatch asked for, whatever the
+// command says: only one is ever open.
+void OnConfirmAccepted() {
+    const EntryNumber confirmed = confirmationEntry;
+    confirmationEntry = 0;
+    if (confirmed != 0 && takeAllPending) {
+        ContinueTakeAll();
         return;
     }
-    if (WalkTakeAll()) {
-        ReportAllActionsTaken();
-        takeAllPending = false;
-        EnableActionRequestDialog();
-    }
+    const std::size_t position = FindEntry(confirmed);
+    if (confirmed != 0 && position < actions.size()) ReportActionTaken(position, false);
+    EnableUnlessHeld();
+}
+
+// Declining one confirmation abandons the whole take-all; nothing is sent.
+void OnConfirmDeclined() {
+    confirmationEntry = 0;
+    takeAllPending = false;
+    takeAllEntries.clear();
+    EnableUnlessHeld();
 }
 
 void HandleCommand(const UICommand& command) {
     switch (command.type) {
-        case UICommandType::TakeAll: OnTakeAll(); break;
-        case UICommandType::ShowDetails: ShowActionDetailsDialog(command.id); break;
-        case UICommandType::DetailsClosed: EnableActionRequestDialog(); break;
+        case UICommandType::TakeAll: OnTakeAll(command); break;
+        case UICommandType::ShowDetails: OnShowDetails(command); break;
+        case UICommandType::DetailsClosed: EnableUnlessHeld(); break;
         case UICommandType::CancelAction: OnCancelAction(command); break;
         case UICommandType::TakeAction: OnTakeAction(command); break;
         case UICommandType::Snooze: OnSnooze(command); break;
-        case UICommandType::ConfirmAccepted: OnConfirmAccepted(command); break;
-        case UICommandType::ConfirmDeclined:
-            // Declining one confirmation aborts the whole take-all; nothing is sent.
-            takeAllPending = false;
-            EnableActionRequestDialog();
-            break;
-        case UICommandType::QuietModeClosed: EnableActionRequestDialog(); break;
+        case UICommandType::ConfirmAccepted: OnConfirmAccepted(); break;
+        case UICommandType::ConfirmDeclined: OnConfirmDeclined(); break;
+        case UICommandType::QuietModeClosed: EnableUnlessHeld(); break;
         case UICommandType::OpenDialog: ShowActionDialog(); break;
         default: break;  // a value outside the vocabulary
     }
@@ -254,19 +299,37 @@ void ReportActionTaken(std::size_t position, bool isCancel) {
     UpdateActionRequestDialog();
 }
 
-void ReportAllActionsTaken() {
+void ReportAllActionsTaken(const std::vector<EntryNumber>& entries) {
+    std::vector<ActionRequest> kept;
     for (const ActionRequest& action : actions) {
-        SendToClient(clientWriter, ActionTaken(action.id, false, false));
+        if (std::find(entries.begin(), entries.end(), action.entry) == entries.end()) {
+            kept.push_back(action);
+        } else {
+            SendToClient(clientWriter, ActionTaken(action.id, false, false));
+        }
     }
-    actions.clear();
+    actions.swap(kept);
     UpdateActionRequestDialog();
-    EnableActionRequestDialog();
+    EnableUnlessHeld();
 }
 
-bool ConfirmIfRequired(std::size_t position) {
-    if (position >= actions.size() || !actions[position].preActionMessage) return false;
-    ShowConfirmationRequestDialog(actions[position].id);
-    return true;
+void ShowActionDialog() {
+    if (!ActionDialogHeld()) {
+        ShowActionRequestDialog(false, m_remindInterval, m_snoozable);
+        return;
+    }
+    // A dialog that comes up under a confirmation, the details or the quiet
+    // notice comes up as held as the one it replaces.
+    const bool wasShown = IsActionRequestDialogShown();
+    ShowActionRequestDialog(false, m_remindInterval, m_snoozable);
+    if (!wasShown && IsActionRequestDialogShown()) DisableActionRequestDialog();
+}
+
+void ForgetTakeAll() {
+    takeAllPending = false;
+    takeAllCursor = 0;
+    takeAllEntries.clear();
+    confirmationEntry = 0;
 }
 
 void PostponeUntil(Instant until) {

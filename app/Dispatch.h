@@ -6,17 +6,20 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "base/Exceptions.h"
 #include "base/time/Instant.h"
+#include "protocol/ActionRequest.h"
 
 // A non-empty client message that yields no root element. Thrown inside the
 // batch, so the rest of the batch is dropped like after any malformed message.
 class NoRootElement : public DebuggableException {};
 
-// A take-all sequence waits for a confirmation: the walk goes on from
-// `takeAllCursor`, an index into `actions` (checked against its size, since
-// the list may change while the confirmation is shown).
+// A take-all sequence waits for a confirmation. It covers the entries that
+// were pending when Take All Actions was pressed (by entry, so entries that
+// arrive or leave meanwhile change nothing of what the user agreed to); the
+// walk goes on from `takeAllCursor`, an index into those entries.
 extern bool takeAllPending;
 extern std::size_t takeAllCursor;
 
@@ -33,13 +36,19 @@ void ProcessMessagesFromUI();
 // action dialog.
 void ReportActionTaken(std::size_t position, bool isCancel);
 
-// Sends ActionTaken for every pending action in order, empties the list,
-// refreshes and enables the action dialog.
-void ReportAllActionsTaken();
+// Sends ActionTaken for every pending entry among `entries`, in list order,
+// erases them, refreshes the action dialog and enables it unless a
+// confirmation, the details or the quiet notice holds it.
+void ReportAllActionsTaken(const std::vector<EntryNumber>& entries);
 
-// Shows the confirmation for the action at `position` if it has a
-// PreActionMessage; true when it did.
-bool ConfirmIfRequired(std::size_t position);
+// Shows the action dialog with the current settings unless it is shown; one
+// that comes up while a confirmation, the details or the quiet notice is
+// open comes up disabled, as the one before it was.
+void ShowActionDialog();
+
+// Forgets any take-all under way and the confirmation it waits for; for a
+// fresh start in tests.
+void ForgetTakeAll();
 
 // Holds the action dialog back until `until` and tells the client when.
 void PostponeUntil(Instant until);

@@ -55,9 +55,7 @@ void RunClientUITick() {
 
     WiredDialogCalls().CreateHiddenWindowOnce();
     // Repeated every tick while it holds: showing a shown dialog is harmless.
-    if (m_postponedTo < Instant::Now() && !actions.empty()) {
-        ShowActionRequestDialog(false, m_remindInterval, m_snoozable);
-    }
+    if (m_postponedTo < Instant::Now() && !actions.empty()) ShowActionDialog();
     RemoveTimedoutMessageDialogs();
     if (inQuietMode) return;
 

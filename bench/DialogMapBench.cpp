@@ -74,7 +74,7 @@ int main(int argc, char** argv) {
         action.title = ("Security update " + std::to_string(i + 1)).c_str();
         action.shortDescription = "Installs the update.";
         action.deadline = TimeObject(Instant::Now() + TimeInterval(3600LL * 1000000 * (i + 1)), TimeZone(0));
-        actions.push_back(action);
+        AppendAction(action);
     }
     const auto cycle = [] {
         ActionRequestDialog::Show(false, TimeInterval(300000000), true);

@@ -23,14 +23,19 @@ enum class UICommandType : std::int32_t {
 // One queued user command. Arguments a type does not use are 0.
 class UICommand {
 public:
-    UICommand(UICommandType type, std::uint64_t id, std::int32_t minutes, std::uint32_t seconds)
-        : type(type), id(id), minutes(minutes), seconds(seconds) {}
+    UICommand(UICommandType type, std::uint64_t id, std::int32_t minutes, std::uint32_t seconds,
+              std::uint64_t entry = 0)
+        : type(type), id(id), minutes(minutes), seconds(seconds), entry(entry) {}
     virtual ~UICommand() = default;
 
     UICommandType type;
     std::uint64_t id;      // action or message id
     std::int32_t minutes;  // Snooze only
     std::uint32_t seconds; // Snooze only
+    // The pending entry the user acted on (take, cancel, details, a
+    // confirmation's answer), or for TakeAll the newest entry the dialog
+    // showed when pressed; 0 when not known, and then the ID decides.
+    std::uint64_t entry;
 };
 
 // `uiCommandQ`: owns the commands while they wait for the next tick.

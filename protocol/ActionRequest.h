@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "base/time/Instant.h"
 #include "base/time/TimeObject.h"
 #include "base/unicode/UString.h"
@@ -7,6 +9,10 @@
 
 class XMLElement;
 class XMLWriter;
+
+// The number the pending list gives an entry on arrival (1, 2, ...); 0 for a
+// record that was never listed.
+using EntryNumber = std::uint64_t;
 
 // One pending action offered to the user, as the client describes it.
 struct ActionRequest {
@@ -32,6 +38,10 @@ struct ActionRequest {
     bool requestSave = false;
     // The client always sends this flag; false until it does.
     bool useCannedStrings = false;
+
+    // Not part of the conversation (never read or written, never compared):
+    // set by the pending list, so that two entries with one ID stay apart.
+    EntryNumber entry = 0;
 };
 
 // Fields travel as "ID", "Title", "ShortDescription", "Preview",

@@ -14,13 +14,11 @@ namespace {
 
 DialogWindow window;
 
-// The Preview of the first pending action with that ID, as the take-all walk
-// and the take commands find actions; empty when there is none.
-UStringRef<UTF8> PreviewOf(unsigned long long actionId) {
-    for (const ActionRequest& action : actions) {
-        if (action.id == actionId) return action.preview ? action.preview->Ref() : UStringRef<UTF8>();
-    }
-    return UStringRef<UTF8>();
+// The Preview of that pending entry; empty when there is none.
+UStringRef<UTF8> PreviewOf(EntryNumber entry) {
+    const std::size_t position = FindEntry(entry);
+    if (position == actions.size() || !actions[position].preview) return UStringRef<UTF8>();
+    return actions[position].preview->Ref();
 }
 
 void OkPressed(Widget, XtPointer, XtPointer) {
@@ -28,9 +26,9 @@ void OkPressed(Widget, XtPointer, XtPointer) {
     QueueCommand(UICommandType::DetailsClosed, 0, 0, 0);
 }
 
-void Build(unsigned long long actionId) {
+void Build(EntryNumber entry) {
     // Every text first: a text the locale cannot show fails before any widget exists.
-    ControlString preview = ClientText(PreviewOf(actionId));
+    ControlString preview = ClientText(PreviewOf(entry));
     ControlString title = ControlLiteral("Action Script Preview");
     ControlString ok = LabelText(ControlLiteral("OK"));
 
@@ -48,9 +46,9 @@ void Build(unsigned long long actionId) {
 
 namespace ActionDetailsDialog {
 
-void Show(unsigned long long actionId) {
+void Show(unsigned long long, EntryNumber entry) {
     if (display == nullptr || window.Exists()) return;
-    window.BuildOrEnd("ActionDetailsDialog", [&] { Build(actionId); });
+    window.BuildOrEnd("ActionDetailsDialog", [&] { Build(entry); });
 }
 
 void Update() {}

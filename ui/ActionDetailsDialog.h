@@ -6,16 +6,18 @@
 // dialog again. It never talks to the client itself. At most one exists;
 // built when shown, destroyed when hidden.
 
+#include "protocol/ActionRequest.h"
+
 #include <X11/Intrinsic.h>
 
 namespace ActionDetailsDialog {
 
-// Shows the Preview of the first pending action with this ID, unless the
-// dialog is open already (then nothing changes). An action no longer pending,
-// or one without a Preview, shows an empty text. Does nothing before the
+// Shows the Preview of the pending entry `entry` (which carries `actionId`),
+// unless the dialog is open already (then nothing changes). An entry no
+// longer pending, or one without a Preview, shows an empty text. Does nothing before the
 // display is open. A dialog that cannot be built ends the program (the client
 // is told "ActionDetailsDialog").
-void Show(unsigned long long actionId);
+void Show(unsigned long long actionId, EntryNumber entry);
 
 // Nothing to refresh: the preview is fixed once shown.
 void Update();

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <limits>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "actions/ActionRequestStore.h"
+#include "app/ActionDialogModel.h"
 #include "actions/PendingActions.h"
 #include "app/ClientLink.h"
 #include "app/Exit.h"
@@ -21,7 +22,7 @@
 #include "text/UFormat.h"
 #include "ui/ActionDialogGeometry.h"
 #include "ui/ControlLiteral.h"
-#include "ui/SnoozeChoices.h"
+#include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
 #include "ui/XGlobals.h"
@@ -38,9 +39,6 @@
 #include <X11/Xaw/Viewport.h>
 
 namespace {
-
-constexpr TimeInterval kFiveMinutes(300 * kMicrosecondsPerSecond);
-constexpr Instant kNoDeadline(std::numeric_limits<std::int64_t>::max());
 
 // Releasing the first button on the action list highlights the row (Notify)
 // and then makes it the selection: the list has no callback of its own.
@@ -94,22 +92,11 @@ struct DialogState {
     // The application context the idle refresh is registered in, if any.
     XtAppContext idleRefreshContext = nullptr;
 
-    ActionRequestStore store;
-    ListItems actionItems;
-    std::vector<unsigned long long> actionIds;  // parallel to actionItems
-    int selected = -1;  // kept across hide and show
-
-    std::vector<SnoozeEntry> snoozeEntries;
-    ListItems snoozeItems;
-    int snoozeSelected = -1;
-
-    TimeInterval remindInterval = kFiveMinutes;
-    bool snoozable = false;
-    bool snoozeAllowed = false;
-    bool cancelAllowed = false;
-    bool detailsAvailable = false;
-    bool hasDeadline = false;
-    Instant earliestDeadline = kNoDeadline;
+    // The rows, the chosen action (kept across hide and show) and snooze
+    // entry, and the rules of the buttons.
+    ActionDialogModel model;
+    ListItems actionItems;  // parallel to model.Rows()
+    ListItems snoozeItems;  // parallel to model.SnoozeList()
 
     // Every text set on a widget, by widget and resource: the toolkit may
     // keep the pointer.
@@ -175,7 +162,7 @@ ControlString ListHeader() {
 
 // The status line shown while no action is selected, by the listable count.
 ControlString StatusText(int count) {
-    if (dialog.selected >= 0) return ControlLiteral("1 action selected");
+    if (dialog.model.SelectedRow() >= 0) return ControlLiteral("1 action selected");
     if (count == 0) return ControlLiteral("There are no pending actions.");
     if (count == 1) return ControlLiteral("There is 1 pending action.");
     return Formatted("There are {x} pending actions.", UnixPlatform::FormattedNumber(static_cast<unsigned>(count)));
@@ -215,45 +202,34 @@ void CutToSize(Widget list, const ListSize& size) {
 }
 
 void HighlightSelection() {
-    if (dialog.selected < 0) return;
-    XawListHighlight(dialog.w.list, dialog.selected);
+    if (dialog.model.SelectedRow() < 0) return;
+    XawListHighlight(dialog.w.list, dialog.model.SelectedRow());
     ScrollSelectedItemIntoView(dialog.w.viewport, dialog.w.list);
 }
 
-// The rows come from a fresh store: ascending IDs, one row per ID, deadlines
-// as the store moved them. Untitled actions are not listed.
+// The rows come from a fresh store: ascending IDs, one row per ID (its latest
+// entry), deadlines as the store moved them. Untitled actions are not listed.
 void RebuildActionList() {
-    ActionRequestStore store;
-    store.UpdateActions(actions);
+    dialog.model.Rebuild(actions, Instant::Now());
+    const ActionRequestStore& store = dialog.model.Store();
     ListItems items;
-    std::vector<unsigned long long> ids;
-    for (const auto& [id, action] : store.Actions()) {
-        if (action.title.Empty()) continue;
-        items.Add(RowText(action));
-        ids.push_back(id);
-    }
+    for (const ActionRow& row : dialog.model.Rows()) items.Add(RowText(store.GetAction(row.id)));
     XtUnmanageChild(dialog.w.list);
     const ListSize size = ChangeList(dialog.w.list, items);
     XtManageChild(dialog.w.list);
     CutToSize(dialog.w.list, size);
     // Only now may the old strings go: the list no longer points at them.
     dialog.actionItems = std::move(items);
-    dialog.actionIds = std::move(ids);
-    dialog.store = std::move(store);
-    if (dialog.selected >= dialog.actionItems.Count()) dialog.selected = -1;
     HighlightSelection();
 }
 
 void RebuildSnoozeList() {
-    std::vector<SnoozeEntry> entries = SnoozeEntries(dialog.hasDeadline);
     ListItems items;
-    for (const SnoozeEntry& entry : entries) items.Add(ControlLiteral(entry.text));
+    for (const SnoozeEntry& entry : dialog.model.SnoozeList()) items.Add(ControlLiteral(entry.text));
     CutToSize(dialog.w.snoozeList, ChangeList(dialog.w.snoozeList, items));
     dialog.snoozeItems = std::move(items);
-    dialog.snoozeEntries = std::move(entries);
-    dialog.snoozeSelected = DefaultSnoozeIndex(dialog.snoozeEntries, dialog.remindInterval);
-    if (dialog.snoozeSelected >= 0) {
-        XawListHighlight(dialog.w.snoozeList, dialog.snoozeSelected);
+    if (dialog.model.SnoozeSelected() >= 0) {
+        XawListHighlight(dialog.w.snoozeList, dialog.model.SnoozeSelected());
         ScrollSelectedItemIntoView(dialog.w.snoozeViewport, dialog.w.snoozeList);
     }
 }
@@ -276,41 +252,23 @@ void RefreshEmpty() {
 
 void RefreshTextsAndButtons() {
     const Widgets& w = dialog.w;
-    const ActionRequestStore& store = dialog.store;
-    if (store.Empty()) {
+    const ActionDialogModel& model = dialog.model;
+    if (model.NothingPending()) {
         RefreshEmpty();
         return;
     }
     SetLabel(w.snoozeButton, ControlLiteral("Snooze"));
-    SetSensitive(w.takeAll, true);
+    XtSetMappedWhenManaged(w.details, model.DetailsAvailable() ? True : False);
 
-    const ActionRequest* selected =
-        dialog.selected >= 0 ? &store.GetAction(dialog.actionIds[static_cast<std::size_t>(dialog.selected)]) : nullptr;
-    dialog.cancelAllowed = selected == nullptr || selected->cancellable;
-    dialog.snoozeAllowed = dialog.snoozable;
-    dialog.hasDeadline = false;
-    dialog.earliestDeadline = kNoDeadline;
-    dialog.detailsAvailable = false;
-    const Instant soon = Instant::Now() + kFiveMinutes;
-    std::set<unsigned long long> all;
-    for (const auto& [id, action] : store.Actions()) {
-        all.insert(id);
-        if (const NullOr<Instant> deadline = action.Deadline()) {
-            dialog.hasDeadline = true;
-            dialog.earliestDeadline = std::min(dialog.earliestDeadline, deadline.Get());
-            if (deadline.Get() < soon) dialog.snoozeAllowed = false;
-        }
-        if (action.preview) dialog.detailsAvailable = true;
-    }
-    XtSetMappedWhenManaged(w.details, dialog.detailsAvailable ? True : False);
-
+    const ActionRequest* selected = model.Selected();
     if (selected == nullptr) {
-        SetSensitive(w.details, false);
         SetLabel(w.take, ControlLiteral("Take Actions"));
         SetLabel(w.cancel, ControlLiteral("Cancel Actions"));
         SetLabel(w.title, StatusText(dialog.actionItems.Count()));
+        std::set<unsigned long long> all;
+        for (const auto& entry : model.Store().Actions()) all.insert(entry.first);
         SetText(w.description, XtNstring,
-                ControlLiteral(UnixPlatform::MakeLocalNullTerminated(ActionSummary(all, store, true))));
+                ControlLiteral(UnixPlatform::MakeLocalNullTerminated(ActionSummary(all, model.Store(), true))));
     } else {
         SetLabel(w.take, ControlLiteral("Take Action"));
         SetLabel(w.cancel, ControlLiteral("Cancel Action"));
@@ -320,15 +278,16 @@ void RefreshTextsAndButtons() {
         SetText(w.description, XtNstring,
                 ControlLiteral(MakeLocalString(FormatPlusArguments(UFormat(key, key), selected->shortDescription,
                                                                    summary))));
-        SetSensitive(w.details, static_cast<bool>(selected->preview));
     }
     // The snooze list first: an insensitive list takes no highlight.
     SetSensitive(w.snoozeList, true);
     RebuildSnoozeList();
-    SetSensitive(w.take, selected != nullptr);
-    SetSensitive(w.snoozeButton, dialog.snoozeAllowed);
-    SetSensitive(w.snoozeList, dialog.snoozeAllowed);
-    SetSensitive(w.cancel, dialog.cancelAllowed && selected != nullptr);
+    SetSensitive(w.takeAll, model.IsSensitive(ActionButton::TakeAll));
+    SetSensitive(w.take, model.IsSensitive(ActionButton::Take));
+    SetSensitive(w.details, model.IsSensitive(ActionButton::Details));
+    SetSensitive(w.snoozeButton, model.IsSensitive(ActionButton::Snooze));
+    SetSensitive(w.snoozeList, model.SnoozeAllowed());
+    SetSensitive(w.cancel, model.IsSensitive(ActionButton::Cancel));
 }
 
 void Refresh() {
@@ -348,46 +307,34 @@ Boolean IdleRefresh(XtPointer) {
 
 // ---- Callbacks and the action ----
 
-unsigned long long SelectedId() { return dialog.actionIds[static_cast<std::size_t>(dialog.selected)]; }
-
 void DisableForCommand() {
     SetInteractive(false);
     dialog.enabled = false;
 }
 
-void OnTakeAll(Widget, XtPointer, XtPointer) {
+// Queues what the model says a press of `button` asks for; a command first
+// disables the dialog, so it cannot be clicked twice before the answer.
+template <ActionButton button>
+void OnButton(Widget, XtPointer, XtPointer) {
+    const std::optional<UICommand> command = dialog.model.CommandFor(button, Instant::Now());
+    if (!command) return;
     DisableForCommand();
-    QueueCommand(UICommandType::TakeAll, 0, 0, 0);
-}
-
-// The three buttons that act on the selected action.
-template <UICommandType type>
-void OnSelectedAction(Widget, XtPointer, XtPointer) {
-    if (dialog.selected < 0) return;
-    const unsigned long long id = SelectedId();
-    DisableForCommand();
-    QueueCommand(type, id, 0, 0);
+    QueueCommand(*command);
 }
 
 // "Snooze" hides the dialog and asks to be reminded; as "Close" (nothing
-// pending) it only hides it, whether or not an entry is selected.
+// pending) it only hides it, and never asks: an action arriving before the
+// next tick must not be snoozed by a button that offered none.
 void OnSnooze(Widget, XtPointer, XtPointer) {
-    const bool nothingPending = dialog.store.Empty();
-    const int index = dialog.snoozeSelected;
-    if (index >= 0 && index < static_cast<int>(dialog.snoozeEntries.size())) {
-        const std::int32_t minutes = dialog.snoozeEntries[static_cast<std::size_t>(index)].minutes;
-        const std::uint32_t seconds = SecondsUntil(dialog.earliestDeadline, Instant::Now());
-        ActionRequestDialog::Hide();
-        QueueCommand(UICommandType::Snooze, 0, minutes, seconds);
-    }
-    if (nothingPending) ActionRequestDialog::Hide();
+    const std::optional<UICommand> command = dialog.model.CommandFor(ActionButton::Snooze, Instant::Now());
+    if (!command && !dialog.model.NothingPending()) return;
+    ActionRequestDialog::Hide();
+    if (command) QueueCommand(*command);
 }
 
 void OnSnoozeSelect(Widget, XtPointer, XtPointer callData) {
     const auto* chosen = static_cast<const XawListReturnStruct*>(callData);
-    if (chosen == nullptr) return;
-    const int count = static_cast<int>(dialog.snoozeEntries.size());
-    dialog.snoozeSelected = chosen->list_index >= 0 && chosen->list_index < count ? chosen->list_index : -1;
+    if (chosen != nullptr) dialog.model.ChooseSnooze(chosen->list_index);
 }
 
 // The action list's selection ("PostponeListSelect", bound to <Btn1Up>). A
@@ -398,9 +345,9 @@ void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
     const int index = current != nullptr ? current->list_index : XAW_LIST_NONE;
     XtFree(reinterpret_cast<char*>(current));
     // An empty list still shows one blank row: only indices of our own rows count.
-    dialog.selected = index >= 0 && index < dialog.actionItems.Count() ? index : -1;
+    dialog.model.SelectRow(index);
     try {
-        if (dialog.selected >= 0) {
+        if (dialog.model.SelectedRow() >= 0) {
             HighlightSelection();
         } else {
             XawListUnhighlight(dialog.w.list);
@@ -465,9 +412,7 @@ void Build() {
 
     // The widgets these belonged to are gone; a new dialog starts without snooze entries.
     dialog.texts.clear();
-    dialog.snoozeEntries.clear();
     dialog.snoozeItems = ListItems();
-    dialog.snoozeSelected = -1;
     Widgets& w = dialog.w;
     Arg shellArgs[] = {{const_cast<String>(XtNtitle), Value(title.get())},
                        {const_cast<String>(XtNmappedWhenManaged), False}};
@@ -546,10 +491,10 @@ void Build() {
     RegisterActionsOnce();
     static const XtTranslations listTranslations = XtParseTranslationTable(kActionListTranslations);
     XtOverrideTranslations(w.list, listTranslations);
-    XtAddCallback(w.takeAll, XtNcallback, OnTakeAll, nullptr);
-    XtAddCallback(w.take, XtNcallback, OnSelectedAction<UICommandType::TakeAction>, nullptr);
-    XtAddCallback(w.cancel, XtNcallback, OnSelectedAction<UICommandType::CancelAction>, nullptr);
-    XtAddCallback(w.details, XtNcallback, OnSelectedAction<UICommandType::ShowDetails>, nullptr);
+    XtAddCallback(w.takeAll, XtNcallback, OnButton<ActionButton::TakeAll>, nullptr);
+    XtAddCallback(w.take, XtNcallback, OnButton<ActionButton::Take>, nullptr);
+    XtAddCallback(w.cancel, XtNcallback, OnButton<ActionButton::Cancel>, nullptr);
+    XtAddCallback(w.details, XtNcallback, OnButton<ActionButton::Details>, nullptr);
     XtAddCallback(w.snoozeButton, XtNcallback, OnSnooze, nullptr);
     XtAddCallback(w.snoozeList, XtNcallback, OnSnoozeSelect, nullptr);
 
@@ -592,9 +537,7 @@ namespace ActionRequestDialog {
 
 void Show(bool, const TimeInterval& remindInterval, bool snoozable) {
     if (app_context == nullptr || display == nullptr || dialog.w.shell != nullptr) return;
-    dialog.snoozable = snoozable;
-    dialog.snoozeAllowed = snoozable;
-    dialog.remindInterval = remindInterval;
+    dialog.model.Open(remindInterval, snoozable);
     try {
         Build();
     } catch (...) {
@@ -608,11 +551,6 @@ void Show(bool, const TimeInterval& remindInterval, bool snoozable) {
 
 void Update() {
     if (app_context == nullptr || dialog.w.shell == nullptr || !dialog.enabled) return;
-    // The refresh waits for the end of the batch, but a selection must not
-    // outlive a list that shrank below it on the way (everything removed, then
-    // a new action in the same document): the new action would show chosen.
-    // The pending list is never shorter than the list it makes.
-    if (dialog.selected >= 0 && actions.size() <= static_cast<std::size_t>(dialog.selected)) dialog.selected = -1;
     dialog.refreshOwed = true;
     if (dialog.idleRefreshContext != app_context) {
         XtAppAddWorkProc(app_context, IdleRefresh, nullptr);

@@ -16,10 +16,12 @@ namespace {
 
 DialogWindow window;
 unsigned long long shownId = 0;
+EntryNumber shownEntry = 0;
 
 void Answered(Widget, XtPointer accepted, XtPointer) {
     ConfirmationDialog::Hide();
-    QueueCommand(accepted != nullptr ? UICommandType::ConfirmAccepted : UICommandType::ConfirmDeclined, shownId, 0, 0);
+    QueueCommand(UICommand(accepted != nullptr ? UICommandType::ConfirmAccepted : UICommandType::ConfirmDeclined,
+                           shownId, 0, 0, shownEntry));
 }
 
 void Build(const ActionRequest& action) {
@@ -62,22 +64,18 @@ void Build(const ActionRequest& action) {
 
 namespace ConfirmationDialog {
 
-void Show(unsigned long long actionId) {
+void Show(unsigned long long actionId, EntryNumber entry) {
     if (display == nullptr || window.Exists()) return;
-    const ActionRequest* action = nullptr;
-    for (const ActionRequest& pending : actions) {
-        if (pending.id == actionId) {
-            action = &pending;
-            break;
-        }
-    }
-    if (action == nullptr) {
+    const std::size_t position = FindEntry(entry);
+    if (position == actions.size()) {
         // Nothing to confirm: declined, so the action dialog is enabled again
         // and a take-all in progress ends without taking anything.
-        QueueCommand(UICommandType::ConfirmDeclined, actionId, 0, 0);
+        QueueCommand(UICommand(UICommandType::ConfirmDeclined, actionId, 0, 0, entry));
         return;
     }
+    const ActionRequest* action = &actions[position];
     shownId = actionId;
+    shownEntry = entry;
     window.BuildOrEnd("ConfirmationDialog", [&] { Build(*action); });
 }
 

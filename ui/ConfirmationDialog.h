@@ -7,19 +7,20 @@
 // of those takes the action (or goes on with a take-all), or abandons it and
 // enables the action dialog again. It never talks to the client itself.
 
+#include "protocol/ActionRequest.h"
+
 #include <X11/Intrinsic.h>
 
 namespace ConfirmationDialog {
 
-// Shows the title and PreActionMessage of the first pending action with this
-// ID (the take-all walk and the take command look in the same place, so an
-// action that arrived in the same tick is found), unless the dialog is open
-// already. When no pending action has that ID, nothing is shown and
-// ConfirmDeclined is queued at once, so the action dialog never stays
-// disabled and nothing is taken unconfirmed. Does nothing before the display
-// is open. A dialog that cannot be built ends the program (the client is told
-// "ConfirmationDialog").
-void Show(unsigned long long actionId);
+// Shows the title and PreActionMessage of the pending entry `entry` (which
+// carries `actionId`): that entry's own, even when another entry has the same
+// ID. Does nothing when the dialog is open already. When the entry is no
+// longer pending, nothing is shown and ConfirmDeclined is queued at once, so
+// the action dialog never stays disabled and nothing is taken unconfirmed.
+// Does nothing before the display is open. A dialog that cannot be built ends
+// the program (the client is told "ConfirmationDialog").
+void Show(unsigned long long actionId, EntryNumber entry);
 
 // Nothing to refresh.
 void Update();

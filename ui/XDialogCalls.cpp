@@ -36,12 +36,20 @@ void XDialogCalls::DisableActionRequestDialog() {
     ActionRequestDialog::Disable();
 }
 
-void XDialogCalls::ShowActionDetailsDialog(unsigned long long id) {
-    ActionDetailsDialog::Show(id);
+void XDialogCalls::ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) {
+    ActionDetailsDialog::Show(id, entry);
 }
 
-void XDialogCalls::ShowConfirmationRequestDialog(unsigned long long id) {
-    ConfirmationDialog::Show(id);
+void XDialogCalls::ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry) {
+    ConfirmationDialog::Show(id, entry);
+}
+
+bool XDialogCalls::IsActionDetailsDialogShown() {
+    return ActionDetailsDialog::IsShown();
+}
+
+bool XDialogCalls::IsConfirmationDialogShown() {
+    return ConfirmationDialog::IsShown();
 }
 
 void XDialogCalls::ShowMessageDialog(const MessageRequest& request) {
@@ -62,6 +70,10 @@ void XDialogCalls::ShowQuietModeDialog(const Instant& start, const Instant& end)
 
 void XDialogCalls::RemoveQuietModeDialog() {
     QuietModeDialog::Remove();
+}
+
+bool XDialogCalls::IsQuietModeDialogShown() {
+    return QuietModeDialog::IsShown();
 }
 
 void XDialogCalls::CreateHiddenWindowOnce() {

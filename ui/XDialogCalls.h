@@ -14,13 +14,16 @@ public:
     bool IsActionRequestDialogShown() override;
     void EnableActionRequestDialog() override;
     void DisableActionRequestDialog() override;
-    void ShowActionDetailsDialog(unsigned long long id) override;
-    void ShowConfirmationRequestDialog(unsigned long long id) override;
+    void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) override;
+    void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry) override;
+    bool IsActionDetailsDialogShown() override;
+    bool IsConfirmationDialogShown() override;
     void ShowMessageDialog(const MessageRequest& request) override;
     void RemoveMessageDialog(unsigned long long id) override;
     void RemoveTimedoutMessageDialogs() override;
     void ShowQuietModeDialog(const Instant& start, const Instant& end) override;
     void RemoveQuietModeDialog() override;
+    bool IsQuietModeDialogShown() override;
     void CreateHiddenWindowOnce() override;
     void DestroyApplicationContext() override;
 };

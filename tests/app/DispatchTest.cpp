@@ -52,8 +52,8 @@ protected:
         ProcessMessagesFromUI();
         Sent();
         actions.clear();
-        initialized = inQuietMode = takeAllPending = false;
-        takeAllCursor = 0;
+        initialized = inQuietMode = false;
+        ForgetTakeAll();
         m_postponedTo = Instant();
         m_remindInterval = TimeInterval(300 * kMicrosecondsPerSecond);
         m_snoozable = true;
@@ -80,6 +80,8 @@ protected:
         return Action(id, std::string("<ForceRun>true</ForceRun><Deadline>") + deadline + "</Deadline>");
     }
     static void Run(T type, unsigned long long id = 0, long minutes = 0, long long seconds = 0) {
+        // An answer comes from the confirmation, which closed as it was pressed.
+        if (type == T::ConfirmAccepted || type == T::ConfirmDeclined) RecordingDialogs::CloseConfirmation();
         QueueCommand(type, id, minutes, seconds);
         ProcessMessagesFromUI();
     }
@@ -248,17 +250,19 @@ protected:
 };
 
 TEST_F(Commands, SingleCommands) {
-    struct Case { const char* what; T type; unsigned long long id; Strings sent; IdList left; Strings calls; };
+    struct Case { const char* what; T type; unsigned long long id; Strings sent; IdList left; Strings calls; bool asked = false; };
     const Case cases[] = {
         {"take", T::TakeAction, 3, {Taken(3)}, {1, 2}, {kUpdate, kEnable}},
         {"take needing confirmation", T::TakeAction, 2, {}, {1, 2, 3}, {"ShowConfirmationRequestDialog(2)"}},
         {"take gone", T::TakeAction, 9, {}, {1, 2, 3}, {kEnable}},
         {"cancel", T::CancelAction, 2, {Taken(2, true)}, {1, 3}, {kUpdate, kEnable}},
         {"cancel gone", T::CancelAction, 9, {}, {1, 2, 3}, {kEnable}},
-        {"accept single", T::ConfirmAccepted, 2, {Taken(2)}, {1, 3}, {kUpdate, kEnable}},
-        {"accept gone", T::ConfirmAccepted, 9, {}, {1, 2, 3}, {kEnable}},
-        {"decline", T::ConfirmDeclined, 2, {}, {1, 2, 3}, {kEnable}},
+        {"accept", T::ConfirmAccepted, 2, {Taken(2)}, {1, 3}, {kUpdate, kEnable}, true},
+        {"accept naming another", T::ConfirmAccepted, 3, {Taken(2)}, {1, 3}, {kUpdate, kEnable}, true},
+        {"accept nothing asked", T::ConfirmAccepted, 2, {}, {1, 2, 3}, {kEnable}},
+        {"decline", T::ConfirmDeclined, 2, {}, {1, 2, 3}, {kEnable}, true},
         {"details", T::ShowDetails, 3, {}, {1, 2, 3}, {"ShowActionDetailsDialog(3)"}},
+        {"details gone", T::ShowDetails, 9, {}, {1, 2, 3}, {kEnable}},
         {"details closed", T::DetailsClosed, 0, {}, {1, 2, 3}, {kEnable}},
         {"quiet mode closed", T::QuietModeClosed, 0, {}, {1, 2, 3}, {kEnable}},
         {"open", T::OpenDialog, 0, {}, {1, 2, 3}, {kShow}},
@@ -267,6 +271,7 @@ TEST_F(Commands, SingleCommands) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         SetUp();
+        if (c.asked) Run(T::TakeAction, 2), Calls();  // the confirmation of 2 is open
         Run(c.type, c.id);
         EXPECT_EQ(Sent(), c.sent);
         EXPECT_EQ(Ids(), c.left);
@@ -297,7 +302,7 @@ TEST_F(Commands, TakeAllStopsAtEachConfirmationAndReportsEverythingWhenAccepted)
     EXPECT_EQ(Sent(), (Strings{Taken(1), Taken(2), Taken(3), Taken(4)}));
     EXPECT_TRUE(actions.empty());
     EXPECT_FALSE(takeAllPending);
-    EXPECT_EQ(Calls(), (Strings{kUpdate, kEnable, kEnable}));
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kEnable}));
 }
 
 TEST_F(Commands, TakeAllDeclinedSendsNothingAndEndsTheSequence) {
@@ -305,7 +310,9 @@ TEST_F(Commands, TakeAllDeclinedSendsNothingAndEndsTheSequence) {
     Run(T::ConfirmDeclined, 2);
     EXPECT_TRUE(Sent().empty());
     EXPECT_FALSE(takeAllPending);
-    Run(T::ConfirmAccepted, 2);  // now a single confirmation: it takes only its action
+    Run(T::ConfirmAccepted, 2);  // answers nothing asked: takes nothing
+    Run(T::TakeAction, 2);
+    Run(T::ConfirmAccepted, 2);  // a single confirmation takes only its action
     EXPECT_EQ(Sent(), (Strings{Taken(2)}));
     EXPECT_EQ(Ids(), (IdList{1, 3}));
 }

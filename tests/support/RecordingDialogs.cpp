@@ -11,6 +11,8 @@ namespace {
 
 std::vector<std::string> transcript;
 bool actionDialogShown = false;
+// Shown from the first ShowConfirmationRequestDialog until the test answers it.
+bool confirmationShown = false;
 std::string failingFunction;
 
 void Record(std::string line) {
@@ -43,12 +45,17 @@ public:
 
     void EnableActionRequestDialog() override { Record("EnableActionRequestDialog()"); }
     void DisableActionRequestDialog() override { Record("DisableActionRequestDialog()"); }
-    void ShowActionDetailsDialog(unsigned long long id) override {
+    void ShowActionDetailsDialog(unsigned long long id, EntryNumber) override {
         Record("ShowActionDetailsDialog(" + Number(id) + ")");
     }
-    void ShowConfirmationRequestDialog(unsigned long long id) override {
+    void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber) override {
         Record("ShowConfirmationRequestDialog(" + Number(id) + ")");
+        confirmationShown = true;
     }
+    // Not recorded: questions, not calls; the answers are set by the test.
+    bool IsActionDetailsDialogShown() override { return false; }
+    bool IsConfirmationDialogShown() override { return confirmationShown; }
+    bool IsQuietModeDialogShown() override { return false; }
 
     void ShowMessageDialog(const MessageRequest& request) override {
         Record("ShowMessageDialog(" + Number(request.id) + "," + std::string(request.title.View()) + ")");
@@ -83,11 +90,14 @@ void Reset() {
     WireDialogCalls(&recorder);
     transcript.clear();
     actionDialogShown = false;
+    confirmationShown = false;
     failingFunction.clear();
 }
 
 void FailOn(const std::string& function) { failingFunction = function; }
 
 void SetActionDialogShown(bool shown) { actionDialogShown = shown; }
+
+void CloseConfirmation() { confirmationShown = false; }
 
 }  // namespace RecordingDialogs

@@ -18,6 +18,9 @@ std::vector<std::string> Take();
 void Reset();
 // What IsActionRequestDialogShown() answers from now on.
 void SetActionDialogShown(bool shown);
+// The confirmation counts as shown from a ShowConfirmationRequestDialog call
+// on; this closes it, as the user's answer does.
+void CloseConfirmation();
 // Calls of the function with this name (e.g. "ShowActionDetailsDialog") throw
 // RecordedDialogFailure after being recorded; empty for none. Reset clears it.
 void FailOn(const std::string& function);

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "ui/ActionDialogGeometry.h"
-#include "ui/SnoozeChoices.h"
+#include "app/SnoozeChoices.h"
 
 namespace {
 

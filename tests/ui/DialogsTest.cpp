@@ -50,6 +50,12 @@ namespace {
 
 ::testing::Environment* const xvfb = AddXvfbEnvironment();
 using T = UICommandType;
+
+// The entry the action dialog lists for this ID; 0 (no entry) when none is pending.
+EntryNumber Entry(unsigned long long id) {
+    const std::size_t position = FindShownEntry(id);
+    return position < actions.size() ? actions[position].entry : 0;
+}
 using Commands = std::vector<std::pair<T, unsigned long long>>;
 using Ids = std::vector<unsigned long long>;
 const Instant kNow(1795348800LL * kMicrosecondsPerSecond);
@@ -163,14 +169,14 @@ TEST_F(Dialogs, WidgetsTextsLayoutAndClicks) {
         {"staticlabel", fixed("ConfirmationCaption",
                               "This action requires you to acknowledge the following confirmation message:")},
         {"actionconfirmation", "Sure? {x}\t}"}, {"cancel", fixed("Cancel", "Cancel")}, ok};
-    actions = {Action(7, kTitle, "line 1\n\t{actionTitle}", "Sure? {x}\t}"), Action(8, "Other", "Other", "?")};
+    ReplaceActions({Action(7, kTitle, "line 1\n\t{actionTitle}", "Sure? {x}\t}"), Action(8, "Other", "Other", "?")});
     const Case cases[] = {
-        {"details", [] { ShowActionDetailsDialog(7); }, [] { ShowActionDetailsDialog(8); }, ActionDetailsDialog::Shell,
+        {"details", [] { ShowActionDetailsDialog(7, Entry(7)); }, [] { ShowActionDetailsDialog(8, Entry(8)); }, ActionDetailsDialog::Shell,
          {{"", fixed("PreviewDialogTitle", "Action Script Preview")}, {"actiondetails", "line 1\n\t{actionTitle}"}, ok},
          "actiondetails", "ok", {{T::DetailsClosed, 0}}},
-        {"confirmation", [] { ShowConfirmationRequestDialog(7); }, [] { ShowConfirmationRequestDialog(8); },
+        {"confirmation", [] { ShowConfirmationRequestDialog(7, Entry(7)); }, [] { ShowConfirmationRequestDialog(8, Entry(8)); },
          ConfirmationDialog::Shell, confirmation, "actionconfirmation", "ok", {{T::ConfirmAccepted, 7}}},
-        {"declined", [] { ShowConfirmationRequestDialog(7); }, nullptr, ConfirmationDialog::Shell, confirmation,
+        {"declined", [] { ShowConfirmationRequestDialog(7, Entry(7)); }, nullptr, ConfirmationDialog::Shell, confirmation,
          "actionconfirmation", "cancel", {{T::ConfirmDeclined, 7}}},
         {"message", [] { ShowMessageDialog(Message(3, "Note {x}", "Body {y}")); }, nullptr,
          [] { return MessageDialog::Shell(3); }, {{"", "Note {x}"}, {"actionmessage", "Body {y}"}, dismiss},
@@ -270,13 +276,13 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
     EXPECT_EQ(tick({{T::TakeAll, 0}}), "New");
     EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
     EXPECT_EQ(Sent(), std::vector<std::string>{taken(7)});
-    actions = {Action(1, "A", nullptr, "?"), Action(2, "B", nullptr, "?")};  // both ask, one after the other
+    ReplaceActions({Action(1, "A", nullptr, "?"), Action(2, "B", nullptr, "?")});  // both ask, one after the other
     EXPECT_EQ(tick({{T::TakeAll, 0}}), "A");
     EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "B");
     EXPECT_EQ(tick(Click(ConfirmationDialog::Shell(), "ok")), "");
     EXPECT_EQ(Sent(), (std::vector<std::string>{taken(1), taken(2)}));
 
-    ShowConfirmationRequestDialog(9);  // not pending: nothing shown, declined at once
+    ShowConfirmationRequestDialog(9, Entry(9));  // not pending: nothing shown, declined at once
     EXPECT_EQ(ConfirmationDialog::Shell(), nullptr);
     EXPECT_EQ(Queued(), (Commands{{T::ConfirmDeclined, 9}}));
 }
@@ -284,8 +290,8 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
 TEST_F(Dialogs, LongTextsAndManyMessagesAreShown) {
     std::string huge;
     for (int i = 0; huge.size() < 100000; ++i) huge += "word\tline\n{x} "[i % 15];
-    actions = {Action(1, huge, huge.c_str(), huge.c_str())};
-    ShowActionDetailsDialog(1), ShowConfirmationRequestDialog(1), ShowMessageDialog(Message(1, huge, huge));
+    ReplaceActions({Action(1, huge, huge.c_str(), huge.c_str())});
+    ShowActionDetailsDialog(1, Entry(1)), ShowConfirmationRequestDialog(1, Entry(1)), ShowMessageDialog(Message(1, huge, huge));
     Pump();
     for (const Widget shell : {ActionDetailsDialog::Shell(), ConfirmationDialog::Shell(), MessageDialog::Shell(1)}) {
         ASSERT_NE(shell, nullptr);
@@ -312,11 +318,11 @@ TEST_F(Dialogs, ShowingAndHidingAThousandTimesDoesNotGrow) {
         EXPECT_EQ(copy.WaitForExit(std::chrono::seconds(120)), 0);
         return;
     }
-    actions = {Action(1, "t", "preview", "sure?")};
+    ReplaceActions({Action(1, "t", "preview", "sure?")});
     std::size_t atTen = 0;
     for (int cycle = 1; cycle <= 1000; ++cycle) {
-        ShowActionDetailsDialog(1), ActionDetailsDialog::Hide();
-        ShowConfirmationRequestDialog(1), ConfirmationDialog::Hide();
+        ShowActionDetailsDialog(1, Entry(1)), ActionDetailsDialog::Hide();
+        ShowConfirmationRequestDialog(1, Entry(1)), ConfirmationDialog::Hide();
         ShowMessageDialog(Message(1, "t", "m", Seconds(5))), ShowMessageDialog(Message(1, "reused", "in place"));
         RemoveMessageDialog(1);
         ShowQuietModeDialog(kNow, kNow), RemoveQuietModeDialog();

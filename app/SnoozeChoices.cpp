@@ -1,4 +1,4 @@
-#include "ui/SnoozeChoices.h"
+#include "app/SnoozeChoices.h"
 
 #include <algorithm>
 #include <limits>
