@@ -142,9 +142,17 @@ std::size_t PositionOf(const UICommand& command) {
     return command.entry != 0 ? FindEntry(command.entry) : FindShownEntry(command.id);
 }
 
+// The press that led here disabled the action dialog, but a client document
+// handled since (a quiet period's end) may have enabled it again: under a
+// confirmation or the details it stays disabled.
+void HoldActionDialog() {
+    DisableActionRequestDialog();
+}
+
 void AskConfirmation(std::size_t position) {
     confirmationEntry = actions[position].entry;
     ShowConfirmationRequestDialog(actions[position].id, confirmationEntry);
+    HoldActionDialog();
 }
 
 // Walks on through the entries the take-all covers and stops at the next
@@ -183,6 +191,7 @@ void OnShowDetails(const UICommand& command) {
         return;
     }
     ShowActionDetailsDialog(actions[position].id, actions[position].entry);
+    HoldActionDialog();
 }
 
 void OnCancelAction(const UICommand& command) {

@@ -28,7 +28,7 @@ using T = UICommandType;
 Instant At(std::int64_t secondsFromNow) { return Instant((1700000000 + secondsFromNow) * kMicrosecondsPerSecond); }
 
 const std::string kShow = "ShowActionRequestDialog(false,PT5M,true)", kUpdate = "UpdateActionRequestDialog()",
-                  kEnable = "EnableActionRequestDialog()", kShown = "IsActionRequestDialogShown()",
+                  kEnable = "EnableActionRequestDialog()", kDisable = "DisableActionRequestDialog()", kShown = "IsActionRequestDialogShown()",
                   kHidden = "CreateHiddenWindowOnce()", kTimeouts = "RemoveTimedoutMessageDialogs()",
                   kNoQuiet = "RemoveQuietModeDialog()";
 
@@ -253,7 +253,7 @@ TEST_F(Commands, SingleCommands) {
     struct Case { const char* what; T type; unsigned long long id; Strings sent; IdList left; Strings calls; bool asked = false; };
     const Case cases[] = {
         {"take", T::TakeAction, 3, {Taken(3)}, {1, 2}, {kUpdate, kEnable}},
-        {"take needing confirmation", T::TakeAction, 2, {}, {1, 2, 3}, {"ShowConfirmationRequestDialog(2)"}},
+        {"take needing confirmation", T::TakeAction, 2, {}, {1, 2, 3}, {"ShowConfirmationRequestDialog(2)", kDisable}},
         {"take gone", T::TakeAction, 9, {}, {1, 2, 3}, {kEnable}},
         {"cancel", T::CancelAction, 2, {Taken(2, true)}, {1, 3}, {kUpdate, kEnable}},
         {"cancel gone", T::CancelAction, 9, {}, {1, 2, 3}, {kEnable}},
@@ -261,7 +261,7 @@ TEST_F(Commands, SingleCommands) {
         {"accept naming another", T::ConfirmAccepted, 3, {Taken(2)}, {1, 3}, {kUpdate, kEnable}, true},
         {"accept nothing asked", T::ConfirmAccepted, 2, {}, {1, 2, 3}, {kEnable}},
         {"decline", T::ConfirmDeclined, 2, {}, {1, 2, 3}, {kEnable}, true},
-        {"details", T::ShowDetails, 3, {}, {1, 2, 3}, {"ShowActionDetailsDialog(3)"}},
+        {"details", T::ShowDetails, 3, {}, {1, 2, 3}, {"ShowActionDetailsDialog(3)", kDisable}},
         {"details gone", T::ShowDetails, 9, {}, {1, 2, 3}, {kEnable}},
         {"details closed", T::DetailsClosed, 0, {}, {1, 2, 3}, {kEnable}},
         {"quiet mode closed", T::QuietModeClosed, 0, {}, {1, 2, 3}, {kEnable}},
@@ -297,7 +297,7 @@ TEST_F(Commands, TakeAllStopsAtEachConfirmationAndReportsEverythingWhenAccepted)
     Run(T::ConfirmAccepted, 2);
     EXPECT_TRUE(Sent().empty());
     EXPECT_TRUE(takeAllPending);
-    EXPECT_EQ(Calls(), (Strings{"ShowConfirmationRequestDialog(2)", "ShowConfirmationRequestDialog(4)"}));
+    EXPECT_EQ(Calls(), (Strings{"ShowConfirmationRequestDialog(2)", kDisable, "ShowConfirmationRequestDialog(4)", kDisable}));
     Run(T::ConfirmAccepted, 4);
     EXPECT_EQ(Sent(), (Strings{Taken(1), Taken(2), Taken(3), Taken(4)}));
     EXPECT_TRUE(actions.empty());
