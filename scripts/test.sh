@@ -68,10 +68,12 @@ build_checked() {
   rm -f "$log"
 }
 
+# The sanitizer builds play fewer random conversations (the plain build 10,000).
 build_and_test() {
-  local preset=$1
+  local preset=$1 conversations=10000
+  [ "$preset" = dev ] || conversations=1000
   build_checked "$preset"
-  ctest --preset "$preset" -j "$jobs"
+  ZAM_CONVERSATIONS=$conversations ctest --preset "$preset" -j "$jobs"
 }
 
 run_fuzzers() {

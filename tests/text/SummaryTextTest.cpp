@@ -92,6 +92,16 @@ TEST(ActionSummary, ChoosesTheSentence) {
         {"exactly five minutes", One, {{1, "", 300}}, "You must take this action within Now."},
         {"none left", One, {{1, "f", 0}}, "This action will run automatically in 0 seconds."},
         {"any save", Pending, {{1, "", kNone}, {2, "s", kNone}}, "You should save your work before taking these actions."},
+        // Each flag counts from whichever action carries it, first or last.
+        {"the first one's shutdown", Selected, {{1, "d", kNone}, {2, "", kNone}},
+         "The selected actions will require a system shutdown when they are complete."},
+        {"the first one's restart", Pending, {{1, "r", kNone}, {2, "", kNone}},
+         "The pending actions will require a system restart when they are complete."},
+        {"the first one's save", Selected, {{1, "s", kNone}, {2, "", kNone}},
+         "You should save your work before taking the selected actions."},
+        {"save and restart from two", Pending, {{1, "s", kNone}, {2, "r", kNone}},
+         "You should save your work before taking these actions, as they will require a system restart when they are "
+         "complete."},
         {"the earliest deadline governs", Pending, {{1, "f", 7200}, {2, "", 60}},
          "There is at least one action you must take now."},
         {"equal deadlines: the lower ID's flag, off", Pending, {{1, "", 600}, {2, "f", 600}},
