@@ -4,7 +4,8 @@
 // handled by the dispatch as the tick handles it, up to the screen having
 // taken the new list) for N = 1,000, 10,000 and 50,000, and the time of one
 // refresh (list, texts and buttons) with N pending. Per-action costs beside
-// them show whether the cost grows linearly.
+// them show whether the cost grows linearly. It fails when a batch loses an
+// action or 50,000 rows wrap the list's 16-bit height.
 //
 //   bench/ActionDialogScaleBench
 //
@@ -27,6 +28,8 @@
 #include "ui/XGlobals.h"
 
 #include <X11/Intrinsic.h>
+#include <X11/StringDefs.h>
+#include <X11/Xaw/List.h>
 
 namespace {
 
@@ -55,6 +58,30 @@ double Batch(const std::string& document) {
     ProcessMessagesFromClient();
     Settle();
     return Milliseconds(BenchClock::now() - start);
+}
+
+// The action list's height, the list found as a person's tool would: the
+// List inside "viewport" of the top-level window holding "actiontitle".
+int ActionListHeight() {
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned count = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
+    Widget viewport = nullptr;
+    for (unsigned i = 0; i < count; ++i) {
+        const Widget top = XtWindowToWidget(display, children[i]);
+        if (top != nullptr && XtNameToWidget(top, "*actiontitle") != nullptr) viewport = XtNameToWidget(top, "*viewport");
+    }
+    XFree(children);
+    WidgetList inside = nullptr;
+    Cardinal insideCount = 0;
+    if (viewport != nullptr) XtVaGetValues(viewport, XtNchildren, &inside, XtNnumChildren, &insideCount, nullptr);
+    for (Cardinal i = 0; i < insideCount; ++i) {
+        if (XtClass(inside[i]) != listWidgetClass) continue;
+        Dimension height = 0;
+        XtVaGetValues(inside[i], XtNheight, &height, nullptr);
+        return height;
+    }
+    return -1;
 }
 
 // One refresh with what is pending now.
@@ -89,6 +116,11 @@ int main() {
         for (int i = 0; i < runs; ++i) batches.push_back(Batch(document));
         if (actions.size() != static_cast<std::size_t>(count)) {
             std::printf("a batch of %d left %zu pending\n", count, actions.size());
+            return 1;
+        }
+        // Sizes are 16 bits: 50,000 rows must cut the list at 32,767 pixels, never wrap it.
+        if (count == 50000 && ActionListHeight() != 32767) {
+            std::printf("50,000 rows made the action list %d pixels high, not 32,767\n", ActionListHeight());
             return 1;
         }
         for (int i = 0; i < runs; ++i) refreshes.push_back(Refresh());
