@@ -22,11 +22,19 @@ std::string Texts(const std::vector<Report>& reports) {
     return texts;
 }
 
+// Brings `shell` above the other windows (there is no window manager), so a
+// click meant for it is not taken by a dialog centred over it.
+void Raise(LiveProgram& program, Window shell) {
+    XRaiseWindow(program.X(), shell);
+    XSync(program.X(), False);
+}
+
 // Clicks OK on the confirmation shown now and waits until it has gone.
 void Accept(LiveProgram& program) {
     Window shell = 0;
     const std::vector<Window> confirmation = program.WaitForDialog(kConfirmation, &shell);
     ASSERT_EQ(confirmation.size(), 5u);
+    Raise(program, shell);
     program.Click(confirmation[kConfirmationOk]);
     EXPECT_TRUE(program.WaitUntil([&] { return !program.IsMapped(shell); }));
 }
@@ -81,6 +89,7 @@ TEST(ConsentFlows, TheActionDialogStaysHeldUnderAnOpenConfirmation) {
             program.Click(notice[1]);
         }
         EXPECT_EQ(Texts(program.ThreeTicks()), "");
+        Raise(program, dialog.shell);  // Take All lies under the confirmation
         program.Click(dialog.takeAll);
         EXPECT_EQ(Texts(program.ThreeTicks()), "");
         EXPECT_EQ(program.TopLevelWindows(kConfirmation).size(), 1u);
