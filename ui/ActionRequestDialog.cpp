@@ -338,8 +338,7 @@ void Refresh() {
     RefreshTextsAndButtons();
 }
 
-// Pays a refresh nobody flushed once the loop has nothing else to do. A
-// failure there leaves the X loop, as any failure of the tick does.
+// Pays a refresh nobody flushed once the loop has nothing else to do.
 Boolean IdleRefresh(XtPointer) {
     dialog.idleRefreshContext = nullptr;
     ActionRequestDialog::FlushRefresh();
@@ -390,8 +389,10 @@ void OnSnoozeSelect(Widget, XtPointer, XtPointer callData) {
     dialog.snoozeSelected = chosen->list_index >= 0 && chosen->list_index < count ? chosen->list_index : -1;
 }
 
+void ReportBuildFailure();
+
 // The action list's selection ("PostponeListSelect", bound to <Btn1Up>). A
-// refresh that fails here has no handler to go to: the click is dropped.
+// refresh that fails here ends the program like a dialog that cannot be built.
 void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
     if (!dialog.enabled || dialog.w.list == nullptr) return;
     XawListReturnStruct* current = XawListShowCurrent(dialog.w.list);
@@ -407,6 +408,7 @@ void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
         }
         RefreshTextsAndButtons();
     } catch (...) {
+        ReportBuildFailure();
     }
 }
 
@@ -563,7 +565,7 @@ void Build() {
     }
     ScrollSelectedItemIntoView(w.viewport, w.list);
     ScrollSelectedItemIntoView(w.snoozeViewport, w.snoozeList);
-    XtMapWidget(w.shell);
+    // Mapped by Show once the first refresh has filled it.
     // A new dialog is enabled, whatever state the last one was hidden in.
     dialog.enabled = true;
 }
@@ -601,9 +603,12 @@ void Show(bool, const TimeInterval& remindInterval, bool snoozable) {
         ReportBuildFailure();
         return;
     }
-    // At once, so that the first drawing already shows the actions.
+    // At once and before the window is mapped: the first drawing already
+    // shows the actions, and a refresh that fails never shows a half-filled
+    // window.
     Update();
     FlushRefresh();
+    if (dialog.w.shell != nullptr) XtMapWidget(dialog.w.shell);
 }
 
 void Update() {
@@ -621,7 +626,14 @@ void Update() {
 }
 
 void FlushRefresh() {
-    if (dialog.refreshOwed) Refresh();
+    if (!dialog.refreshOwed) return;
+    try {
+        Refresh();
+    } catch (...) {
+        // In practice a client text the locale cannot show: the dialog
+        // cannot show what it must, as if it could not be built.
+        ReportBuildFailure();
+    }
 }
 
 void Hide() {

@@ -256,8 +256,8 @@ std::vector<Window> LiveProgram::WaitForDialog(const std::string& title, Window*
     return form.size() == 1 ? Children(form[0]) : std::vector<Window>();
 }
 
-std::pair<std::vector<Report>, std::optional<int>> LiveProgram::UntilItEnds() {
-    const auto until = SteadyClock::now() + kCeiling;
+std::pair<std::vector<Report>, std::optional<int>> LiveProgram::UntilItEnds(std::chrono::seconds ceiling) {
+    const auto until = SteadyClock::now() + ceiling;
     std::vector<Report> reports;
     std::string payload;
     while (session_->Process().Next(payload, until) == UIProcess::Event::Frame) {

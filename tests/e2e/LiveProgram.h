@@ -108,8 +108,8 @@ public:
     // failure, if there is none within the ceiling), and its shell in `shell`.
     std::vector<Window> WaitForDialog(const std::string& title, Window* shell = nullptr);
     // Everything reported until the program ends on its own, then its exit
-    // status (nothing if it still runs after the ceiling).
-    std::pair<std::vector<Report>, std::optional<int>> UntilItEnds();
+    // status (nothing if it still runs after `ceiling`).
+    std::pair<std::vector<Report>, std::optional<int>> UntilItEnds(std::chrono::seconds ceiling = kCeiling);
 
 private:
     XvfbServer xvfb_;
