@@ -486,7 +486,7 @@ void Build() {
                           {XtNwrap, XawtextWrapWord},
                           {XtNfromVert, Value(w.title)},
                           {XtNdisplayCaret, False},
-                          {XtNsensitive, False}});
+                          {XtNeditType, XawtextRead}});
     const Widget listLabel = Make("actionListLabel", labelWidgetClass, w.form,
                                   {{XtNborderWidth, 0},
                                    {XtNfromVert, Value(w.description)},
@@ -563,6 +563,7 @@ void Build() {
     for (Widget viewport : {w.viewport, w.snoozeViewport}) {
         OverrideScrollbarTranslations(XtNameToWidget(viewport, "vertical"));
     }
+    MakeTextScrollable(w.description);
     ScrollSelectedItemIntoView(w.viewport, w.list);
     ScrollSelectedItemIntoView(w.snoozeViewport, w.snoozeList);
     // Mapped by Show once the first refresh has filled it.

@@ -189,4 +189,31 @@ TEST(DialogFlows, AnActionTitleTheLocaleCannotShowIsReportedAndEndsTheProgramWit
     EXPECT_EQ(status, 0);
 }
 
+// A title of 500 characters: its confirmation lies wholly on the screen and
+// its "OK" takes the action.
+TEST(DialogFlows, AConfirmationWithALongTitleLiesOnTheScreenAndIsAnswered) {
+    std::string title;
+    while (title.size() < 500) title += "Long title ";
+    title.resize(500);
+    LiveProgram program;
+    const ActionDialogWindows dialog =
+        program.StartWithActions({"action id=1 title=\"" + title + "\" confirm=\"Sure?\""});
+    program.Click(dialog.takeAll);
+    Window shell = 0;
+    const std::vector<Window> confirmation = program.WaitForDialog("Confirmation Required", &shell);
+    ASSERT_EQ(confirmation.size(), 5u);
+    XWindowAttributes root{}, place{};
+    XGetWindowAttributes(program.X(), DefaultRootWindow(program.X()), &root);
+    XGetWindowAttributes(program.X(), shell, &place);
+    int x = 0, y = 0;
+    Window child = 0;
+    XTranslateCoordinates(program.X(), shell, root.root, 0, 0, &x, &y, &child);
+    EXPECT_TRUE(x >= 0 && y >= 0 && x + place.width <= root.width && y + place.height <= root.height)
+        << place.width << "x" << place.height << " at " << x << "," << y;
+    program.Click(confirmation[4]);
+    const std::optional<Report> taken = program.WaitFor("ActionTaken", 1);
+    EXPECT_TRUE(taken && !taken->cancel);
+    EXPECT_EQ(program.CloseAndWait(), 0);
+}
+
 }  // namespace

@@ -35,7 +35,7 @@
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/List.h>
-#include "tests/support/XServerInput.h"
+#include "tests/support/ScrollByHand.h"
 
 extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\nleak:_XawImRegister\n"; }
 // Whole stacks through the toolkit's libraries, so the suppressions above find their frames.
@@ -407,6 +407,21 @@ TEST_F(ActionDialog, AClientTextTheLocaleCannotShowEndsTheProgramWithAReport) {
         EXPECT_EQ(outcome, 0) << c.name << " (1: no ending with 0, 2: mapped or still shown, 3: not reported twice, "
                               << "4: ended too soon, other: thrown or crashed)";
     }
+}
+
+// The description scrolls by hand: the wheel, three lines a notch, and the
+// first button on its scroll bar, which drags the thumb.
+TEST_F(ActionDialog, TheDescriptionScrollsByHand) {
+    std::string lines;
+    for (int i = 0; i < 200; ++i) lines += "line " + std::to_string(i) + "\n";
+    actions = {Action(1, "One")};
+    actions[0].shortDescription = SharedUString<UTF8>(UStringRef<UTF8>(lines));
+    Show();
+    ClickRow("viewport", 0);
+    const std::vector<int> top = ScrollByHand(W("actiondesc"), [this] { Pump(); });
+    ASSERT_EQ(top.size(), 4u);
+    EXPECT_EQ(std::vector<int>(top.begin(), top.begin() + 3), (std::vector<int>{3, 6, 3}));
+    EXPECT_GT(top[3], 150);
 }
 
 // Sizes are 16 bits: neither 50,000 rows nor a 100,000-character title may wrap one;

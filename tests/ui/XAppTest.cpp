@@ -178,6 +178,12 @@ TEST_F(XApp, CentresAndScrollsWidgets) {
     XtVaGetValues(shell, XtNx, &x, XtNy, &y, nullptr);
     EXPECT_EQ(x, (1024 - 200) / 2);
     EXPECT_EQ(y, (768 - 100) / 2);
+    XtVaSetValues(shell, XtNwidth, 3000, XtNheight, 800, nullptr);  // larger than the screen: at its corner
+    CenterDialogOnDisplay(shell);
+    XtVaGetValues(shell, XtNx, &x, XtNy, &y, nullptr);
+    EXPECT_EQ(x, 0);
+    EXPECT_EQ(y, 0);
+    XtVaSetValues(shell, XtNwidth, 200, XtNheight, 100, nullptr);
 
     const Widget viewport = XtVaCreateManagedWidget("viewport", viewportWidgetClass, shell, XtNallowVert, True,
                                                     XtNforceBars, True, XtNheight, 40, nullptr);
