@@ -14,6 +14,7 @@
 #include <fstream>
 #include <iterator>
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include "tests/e2e/LiveProgram.h"
@@ -80,6 +81,19 @@ TEST(EndToEnd, KillingTheClientEndsTheProgram) {
     // Killed by its death signal, not ended by the closed pipe, which takes
     // the program a tick and its exit pause.
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+}
+
+// A click on a dialog that did not open fails the test and clicks nothing.
+TEST(EndToEnd, AClickOnAWindowThatIsNotThereFailsTheTest) {
+    LiveProgram program;
+    ::testing::TestPartResultArray failures;
+    {
+        const ::testing::ScopedFakeTestPartResultReporter intercept(
+            ::testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
+        program.Click(0);
+        program.ClickAt(0, 1, 1);
+    }
+    EXPECT_EQ(failures.size(), 2);
 }
 
 class ExampleScenario : public ::testing::TestWithParam<std::string> {};
