@@ -34,7 +34,7 @@ void Build(EntryNumber entry) {
 
     window.Create(std::move(title));
     const Widget text = window.AddTextArea("actiondetails", std::move(preview),
-                                           {{XtNwidth, 500}, {XtNheight, 100}, {XtNsensitive, False}});
+                                           {{XtNwidth, 500}, {XtNheight, 100}});
     const Widget button = window.Add("ok", commandWidgetClass, {{XtNlabel, window.Keep(std::move(ok))},
                                                                 {XtNfromVert, WidgetValue(text)}});
     CentreUnder(button, text);

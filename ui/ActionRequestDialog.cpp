@@ -297,8 +297,7 @@ void Refresh() {
     RefreshTextsAndButtons();
 }
 
-// Pays a refresh nobody flushed once the loop has nothing else to do. A
-// failure there leaves the X loop, as any failure of the tick does.
+// Pays a refresh nobody flushed once the loop has nothing else to do.
 Boolean IdleRefresh(XtPointer) {
     dialog.idleRefreshContext = nullptr;
     ActionRequestDialog::FlushRefresh();
@@ -337,8 +336,10 @@ void OnSnoozeSelect(Widget, XtPointer, XtPointer callData) {
     if (chosen != nullptr) dialog.model.ChooseSnooze(chosen->list_index);
 }
 
+void ReportBuildFailure();
+
 // The action list's selection ("PostponeListSelect", bound to <Btn1Up>). A
-// refresh that fails here has no handler to go to: the click is dropped.
+// refresh that fails here ends the program like a dialog that cannot be built.
 void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
     if (!dialog.enabled || dialog.w.list == nullptr) return;
     XawListReturnStruct* current = XawListShowCurrent(dialog.w.list);
@@ -354,6 +355,7 @@ void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
         }
         RefreshTextsAndButtons();
     } catch (...) {
+        ReportBuildFailure();
     }
 }
 
@@ -429,7 +431,7 @@ void Build() {
                           {XtNwrap, XawtextWrapWord},
                           {XtNfromVert, Value(w.title)},
                           {XtNdisplayCaret, False},
-                          {XtNsensitive, False}});
+                          {XtNeditType, XawtextRead}});
     const Widget listLabel = Make("actionListLabel", labelWidgetClass, w.form,
                                   {{XtNborderWidth, 0},
                                    {XtNfromVert, Value(w.description)},
@@ -506,9 +508,10 @@ void Build() {
     for (Widget viewport : {w.viewport, w.snoozeViewport}) {
         OverrideScrollbarTranslations(XtNameToWidget(viewport, "vertical"));
     }
+    MakeTextScrollable(w.description);
     ScrollSelectedItemIntoView(w.viewport, w.list);
     ScrollSelectedItemIntoView(w.snoozeViewport, w.snoozeList);
-    XtMapWidget(w.shell);
+    // Mapped by Show once the first refresh has filled it.
     // A new dialog is enabled, whatever state the last one was hidden in.
     dialog.enabled = true;
 }
@@ -544,9 +547,12 @@ void Show(bool, const TimeInterval& remindInterval, bool snoozable) {
         ReportBuildFailure();
         return;
     }
-    // At once, so that the first drawing already shows the actions.
+    // At once and before the window is mapped: the first drawing already
+    // shows the actions, and a refresh that fails never shows a half-filled
+    // window.
     Update();
     FlushRefresh();
+    if (dialog.w.shell != nullptr) XtMapWidget(dialog.w.shell);
 }
 
 void Update() {
@@ -559,7 +565,14 @@ void Update() {
 }
 
 void FlushRefresh() {
-    if (dialog.refreshOwed) Refresh();
+    if (!dialog.refreshOwed) return;
+    try {
+        Refresh();
+    } catch (...) {
+        // In practice a client text the locale cannot show: the dialog
+        // cannot show what it must, as if it could not be built.
+        ReportBuildFailure();
+    }
 }
 
 void Hide() {

@@ -17,8 +17,9 @@ namespace ActionRequestDialog {
 
 // Builds and shows the dialog unless it exists already; keeps `snoozable` and
 // `remindInterval` (the snooze list preselects the entry nearest to it) for
-// the dialog's life. The first argument is not used. A dialog that cannot be
-// built is reported to the client (code 2) and ends the program.
+// the dialog's life. The first argument is not used. The window is mapped
+// once its first refresh has filled it. A dialog that cannot be built or
+// filled is reported to the client (code 2) and ends the program.
 void Show(bool forceShow, const TimeInterval& remindInterval, bool snoozable);
 
 // Owes a refresh of the list, texts and buttons, when the dialog is shown and
@@ -26,8 +27,11 @@ void Show(bool forceShow, const TimeInterval& remindInterval, bool snoozable);
 // refresh. Should nobody flush, the refresh runs once the X loop is idle.
 void Update();
 
-// Runs the refresh Update owes, if any. A refresh that fails (a text the
-// locale cannot show) throws to the caller; nothing is owed afterwards.
+// Runs the refresh Update owes, if any. A refresh that fails (a client text
+// the locale cannot show) never throws and never leaves a half-refreshed
+// window: the dialog is destroyed, the client told (code 2,
+// "ActionRequestDialog") and the program ends, as for a dialog that cannot
+// be built. The same holds for the refresh of a selection in the list.
 void FlushRefresh();
 
 // Destroys the dialog. The selection and the remind interval are kept for the

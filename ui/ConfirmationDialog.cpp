@@ -48,8 +48,7 @@ void Build(const ActionRequest& action) {
     const Widget text = window.AddTextArea("actionconfirmation", std::move(message),
                                            {{XtNfromVert, WidgetValue(caption)},
                                             {XtNwidth, ConfirmationTextWidth(captionWidth)},
-                                            {XtNheight, 100},
-                                            {XtNsensitive, False}});
+                                            {XtNheight, 100}});
     const Widget cancel = window.Add("cancel", commandWidgetClass, {{XtNlabel, window.Keep(std::move(cancelLabel))},
                                                                     {XtNfromVert, WidgetValue(text)}});
     const Widget ok = window.Add("ok", commandWidgetClass,

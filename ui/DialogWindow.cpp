@@ -18,6 +18,7 @@
 #include <X11/StringDefs.h>
 #include <X11/Xaw/AsciiText.h>
 #include <X11/Xaw/Form.h>
+#include <X11/Xaw/Label.h>
 
 namespace {
 
@@ -68,14 +69,16 @@ void DialogWindow::Create(ControlString title) {
 Widget DialogWindow::Add(const char* name, WidgetClass widgetClass, std::initializer_list<Resource> resources) {
     std::vector<Arg> args;
     for (const Resource& resource : resources) args.push_back(MakeArg(resource.name, resource.value));
-    return ::Create(name, widgetClass, form_, std::move(args));
+    const Widget made = ::Create(name, widgetClass, form_, std::move(args));
+    if (XtIsSubclass(made, labelWidgetClass)) FitLabelToScreen(made);
+    return made;
 }
 
 Widget DialogWindow::AddTextArea(const char* name, ControlString text, std::initializer_list<Resource> resources) {
     std::vector<Arg> args = {
         MakeArg(XtNtype, XawAsciiString),          MakeArg(XtNscrollVertical, XawtextScrollAlways),
         MakeArg(XtNwrap, XawtextWrapWord),         MakeArg(XtNdisplayCaret, False),
-        MakeArg(XtNstring, Keep(std::move(text))),
+        MakeArg(XtNeditType, XawtextRead),         MakeArg(XtNstring, Keep(std::move(text))),
     };
     for (const Resource& resource : resources) args.push_back(MakeArg(resource.name, resource.value));
     return ::Create(name, asciiTextWidgetClass, form_, std::move(args));
@@ -101,7 +104,7 @@ void DialogWindow::Present(Widget text) {
     XtRealizeWidget(shell_);
     CenterDialogOnDisplay(shell_);
     AnnounceDeleteWindow(shell_);
-    if (text != nullptr) OverrideScrollbarTranslations(XtNameToWidget(text, "vScrollbar"));
+    MakeTextScrollable(text);
     XtMapWidget(shell_);
 }
 

@@ -39,10 +39,13 @@ public:
     // of its own, so resources reach it under the program's.
     void Create(ControlString title);
     // Makes a managed child of the form; every child gets "international".
+    // A Label or Command too wide for the screen is cut to fit
+    // (FitLabelToScreen).
     Widget Add(const char* name, WidgetClass widgetClass, std::initializer_list<Resource> resources);
     // The text area the details, confirmation and message dialogs show their
-    // text in: a string, word-wrapped, always with a vertical scroll bar, no
-    // caret; `resources` add the rest.
+    // text in: a read-only string, word-wrapped, always with a vertical
+    // scroll bar, no caret, sensitive so that it scrolls by hand; `resources`
+    // add the rest.
     Widget AddTextArea(const char* name, ControlString text, std::initializer_list<Resource> resources);
     // Keeps the text for the shell's life; the value to hand to the toolkit.
     XtArgVal Keep(ControlString text);
@@ -50,8 +53,8 @@ public:
     // previous SetText of the same resource handed over, so a dialog whose
     // texts are replaced again and again does not grow.
     void SetText(Widget widget, const char* resource, ControlString text);
-    // Realizes and centres the shell, announces WM_DELETE_WINDOW, gives the
-    // text's scroll bar (if any) its translations, then maps it.
+    // Realizes and centres the shell, announces WM_DELETE_WINDOW, lets the
+    // text area (if any) scroll by hand (MakeTextScrollable), then maps it.
     void Present(Widget text);
     // Destroys the shell, then frees the texts. Harmless when there is none.
     void Destroy();

@@ -13,8 +13,17 @@ constexpr char kScrollbarTranslations[] =
     "\t\t<Btn1Motion>: MoveThumb() NotifyThumb()\n"
     "\t\t<Btn3Motion>: MoveThumb() NotifyThumb()\n";
 
+// The wheel on a text area: button 5 (down) shows later lines, button 4 (up)
+// earlier ones, three lines a notch. The Text widget binds neither.
+constexpr char kTextWheelTranslations[] =
+    "#override\n"
+    "<Btn4Down>: scroll-one-line-down() scroll-one-line-down() scroll-one-line-down()\n"
+    "<Btn5Down>: scroll-one-line-up() scroll-one-line-up() scroll-one-line-up()\n";
+
 // The origin that centres a widget of the given size on a screen of the given
-// size; negative when the widget is the larger (halved toward zero).
+// size (halved toward zero), never left of or above the screen's corner: a
+// widget larger than the screen starts at 0, so its top and left, where the
+// title and the first texts are, stay in reach.
 struct CenteredOrigin {
     int x;
     int y;
@@ -27,6 +36,22 @@ void CenterDialogOnDisplay(Widget widget);
 
 // Gives the scroll bar kScrollbarTranslations.
 void OverrideScrollbarTranslations(Widget scrollbar);
+
+// The vertical scroll bar a Text widget made for itself, or null. The Text
+// keeps it in its own (private) part: it is no child that the toolkit's
+// lookup by name finds.
+Widget TextScrollbar(Widget text);
+
+// A read-only text area the user scrolls by hand: its scroll bar gets
+// kScrollbarTranslations and the text the wheel (kTextWheelTranslations).
+void MakeTextScrollable(Widget text);
+
+// Cuts a Label (or a Command), a child of a Form, that would reach past the
+// screen's right edge (its place, its width and borders, the Form's distance
+// on the right and room for a window frame) to the width that fits, its text
+// then starting at the left: the rest of a long text is clipped, and the
+// window stays within the screen.
+void FitLabelToScreen(Widget label);
 
 // Scrolls the viewport so that the list's current item shows, through the
 // viewport's vertical scroll bar ("vertical"). Does nothing without a current

@@ -16,6 +16,7 @@
 #include "pipe/FiFoQueue.h"
 #include "pipe/UnixPipe.h"
 #include "tests/support/RecordingDialogs.h"
+#include "tests/support/Sandbox.h"
 
 namespace {
 
@@ -189,25 +190,16 @@ TEST_F(Dispatch, ABadMessageDropsTheRestOfItsBatchOnly) {
     }
 }
 
-// Initialisation writes only below a fresh directory under /tmp.
+// Initialisation writes only inside the test's sandbox.
 class Initialisation : public Dispatch {
 protected:
-    void SetUp() override {
-        Dispatch::SetUp();
-        char pattern[] = "/tmp/zam-dispatch-XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        root_ = pattern;
-    }
-    void TearDown() override {
-        if (root_.rfind("/tmp/zam-dispatch-", 0) == 0 && root_.size() > 18) fs::remove_all(root_);
-        Dispatch::TearDown();
-    }
     std::string Init(const char* base, const char* interval = "PT10M", const std::string& more = "") const {
         return "<InitializationInfo><BaseDirectory>" + root_ + base + "</BaseDirectory>" + more +
                "<InitialUISettings><RemindInterval>" + interval +
                "</RemindInterval><AllowSnooze>false</AllowSnooze></InitialUISettings></InitializationInfo>";
     }
-    std::string root_;
+    const Sandbox sandbox_;
+    const std::string root_ = sandbox_.Root();
 };
 
 TEST_F(Initialisation, HoldsBackTheRestOfTheBatchLosesTheRestOfTheDocumentAndHappensOnce) {

@@ -145,12 +145,16 @@ TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0)
         {"ConfirmationDialog", "Confirmation Required", {"action id=1 title=One confirm=c"},
          &ActionDialogWindows::take},
         {"MessageDialog", "Vorkan notification:", {"message id=1 title=One completion"}, nullptr},
+        // Its title replaced in place by one "C" cannot show.
+        {"MessageDialog", "unused", {"message id=1 title=One text=a", "message id=1 title=\"Gr\xc3\xb6\xc3\x9f" "e\" text=b"},
+         nullptr},
         {"QuietModeDialog", "Not Currently Available", {"action id=1 title=One", "quiet-start end=+1h"}, nullptr},
     };
     // All at once: each waits for ticks and for the program's pause on its way out.
     std::array<LiveProgram, std::size(rows)> programs;
     for (std::size_t i = 0; i < programs.size(); ++i) {
         Scenario scenario;
+        scenario.useLocale = false;
         scenario.files = {{"_brand.xlat", "", std::string(rows[i].text) + "\tAusgew\xc3\xa4hlt\n"}};
         programs[i].Start(scenario);
         programs[i].Send(rows[i].commands);
@@ -170,20 +174,46 @@ TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0)
     }
 }
 
-// An action title "C" cannot show fails the action dialog's refresh, not its
-// building: in the batch that brings it, the rest of the batch is dropped
-// without a word; in the tick's countdown refresh, the program ends with 0,
-// also without a word.
-TEST(DialogFlows, AnActionTitleTheLocaleCannotShowIsDroppedOrEndsTheProgramFromTheTick) {
-    LiveProgram batch, tick;
-    batch.Start(), tick.Start();
-    batch.Send({"action id=1 title=\"Caf\xc3\xa9\" deadline=+2m"});
-    tick.Send({"action id=1 title=\"Caf\xc3\xa9\" deadline=+2m force"});
-    EXPECT_EQ(Texts(batch.ThreeTicks()), "");
-    const auto [reports, status] = tick.UntilItEnds();
-    EXPECT_EQ(Texts(reports), "");
+// An action title the "C" locale cannot show, "UseLocale" off: the action
+// dialog that would list it is never shown half-built, the client is told,
+// and the program ends with 0.
+TEST(DialogFlows, AnActionTitleTheLocaleCannotShowIsReportedAndEndsTheProgramWith0) {
+    Scenario plain;
+    plain.useLocale = false;
+    LiveProgram program;
+    program.Start(plain);
+    program.Send({"action id=1 title=\"Gr\xc3\xb6\xc3\x9f" "e \xc3\xa4ndern\""});
+    const auto [reports, status] = program.UntilItEnds(std::chrono::seconds(10));
+    const std::string error = "ClientUIErrorMessage code=2 debug=\"ActionRequestDialog\"; ";
+    EXPECT_EQ(Texts(reports), error + error);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(batch.CloseAndWait(), 0);
+}
+
+// A title of 500 characters: its confirmation lies wholly on the screen and
+// its "OK" takes the action.
+TEST(DialogFlows, AConfirmationWithALongTitleLiesOnTheScreenAndIsAnswered) {
+    std::string title;
+    while (title.size() < 500) title += "Long title ";
+    title.resize(500);
+    LiveProgram program;
+    const ActionDialogWindows dialog =
+        program.StartWithActions({"action id=1 title=\"" + title + "\" confirm=\"Sure?\""});
+    program.Click(dialog.takeAll);
+    Window shell = 0;
+    const std::vector<Window> confirmation = program.WaitForDialog("Confirmation Required", &shell);
+    ASSERT_EQ(confirmation.size(), 5u);
+    XWindowAttributes root{}, place{};
+    XGetWindowAttributes(program.X(), DefaultRootWindow(program.X()), &root);
+    XGetWindowAttributes(program.X(), shell, &place);
+    int x = 0, y = 0;
+    Window child = 0;
+    XTranslateCoordinates(program.X(), shell, root.root, 0, 0, &x, &y, &child);
+    EXPECT_TRUE(x >= 0 && y >= 0 && x + place.width <= root.width && y + place.height <= root.height)
+        << place.width << "x" << place.height << " at " << x << "," << y;
+    program.Click(confirmation[4]);
+    const std::optional<Report> taken = program.WaitFor("ActionTaken", 1);
+    EXPECT_TRUE(taken && !taken->cancel);
+    EXPECT_EQ(program.CloseAndWait(), 0);
 }
 
 }  // namespace

@@ -14,10 +14,12 @@
 #include <fstream>
 #include <iterator>
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include "tests/e2e/LiveProgram.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/TestData.h"
 
 #include <X11/Xlib.h>
 
@@ -82,10 +84,27 @@ TEST(EndToEnd, KillingTheClientEndsTheProgram) {
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
 }
 
+// A click on a dialog that did not open fails the test and clicks nothing.
+TEST(EndToEnd, AClickOnAWindowThatIsNotThereFailsTheTest) {
+    LiveProgram program;
+    ::testing::TestPartResultArray failures;
+    {
+        const ::testing::ScopedFakeTestPartResultReporter intercept(
+            ::testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
+        program.Click(0);
+        program.ClickAt(0, 1, 1);
+    }
+    EXPECT_EQ(failures.size(), 2);
+}
+
 class ExampleScenario : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(ExampleScenario, PlaysToItsEndWithoutError) {
     const Scenario scenario = LoadScenario(std::string(ZAM_SOURCE_DIR "/examples/") + GetParam() + ".scenario");
+    // Without its locale the program runs under "C", which cannot show the example's texts.
+    if (!scenario.locale.empty() && !LocaleInstalled(scenario.locale.c_str())) {
+        GTEST_SKIP() << "locale " << scenario.locale << " is not installed";
+    }
     LiveProgram program;
     program.Start(scenario);
     program.Play(scenario);

@@ -132,12 +132,27 @@ bool LiveProgram::IsMapped(Window window) {
     return XGetWindowAttributes(X(), window, &attributes) != 0 && attributes.map_state != IsUnmapped;
 }
 
-void LiveProgram::ClickAt(Window window, int x, int y) { ClickThroughServer(X(), window, x, y); }
+namespace {
+
+// A window that is not there (a dialog that did not open gives 0) fails the
+// test instead of being clicked: the click would land on whatever lies at
+// the screen's corner.
+bool Clickable(Display* display, Window window, XWindowAttributes& attributes) {
+    if (display != nullptr && window != 0 && XGetWindowAttributes(display, window, &attributes) != 0) return true;
+    ADD_FAILURE() << "a click on window " << window << ", which is not there (a dialog that did not open?)";
+    return false;
+}
+
+}  // namespace
+
+void LiveProgram::ClickAt(Window window, int x, int y) {
+    XWindowAttributes attributes{};
+    if (Clickable(X(), window, attributes)) ClickThroughServer(X(), window, x, y);
+}
 
 void LiveProgram::Click(Window window) {
     XWindowAttributes attributes{};
-    XGetWindowAttributes(X(), window, &attributes);
-    ClickAt(window, attributes.width / 2, attributes.height / 2);
+    if (Clickable(X(), window, attributes)) ClickThroughServer(X(), window, attributes.width / 2, attributes.height / 2);
 }
 
 std::vector<Window> LiveProgram::Children(Window window) {
@@ -256,8 +271,8 @@ std::vector<Window> LiveProgram::WaitForDialog(const std::string& title, Window*
     return form.size() == 1 ? Children(form[0]) : std::vector<Window>();
 }
 
-std::pair<std::vector<Report>, std::optional<int>> LiveProgram::UntilItEnds() {
-    const auto until = SteadyClock::now() + kCeiling;
+std::pair<std::vector<Report>, std::optional<int>> LiveProgram::UntilItEnds(std::chrono::seconds ceiling) {
+    const auto until = SteadyClock::now() + ceiling;
     std::vector<Report> reports;
     std::string payload;
     while (session_->Process().Next(payload, until) == UIProcess::Event::Frame) {

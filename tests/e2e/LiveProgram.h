@@ -70,8 +70,10 @@ public:
     // False too for a window that is gone.
     bool IsMapped(Window window);
     // A real pointer click (button 1) at (x, y) inside `window`, through XTest.
+    // A window that is not there (0 from a dialog that did not open, or one
+    // that is gone) is not clicked: the test fails.
     void ClickAt(Window window, int x, int y);
-    // A click in the middle of `window`.
+    // A click in the middle of `window`, as ClickAt.
     void Click(Window window);
     // The windows of the widgets directly inside `window`, in the order the
     // program made the widgets: X lists children bottom to top and puts each
@@ -108,8 +110,8 @@ public:
     // failure, if there is none within the ceiling), and its shell in `shell`.
     std::vector<Window> WaitForDialog(const std::string& title, Window* shell = nullptr);
     // Everything reported until the program ends on its own, then its exit
-    // status (nothing if it still runs after the ceiling).
-    std::pair<std::vector<Report>, std::optional<int>> UntilItEnds();
+    // status (nothing if it still runs after `ceiling`).
+    std::pair<std::vector<Report>, std::optional<int>> UntilItEnds(std::chrono::seconds ceiling = kCeiling);
 
 private:
     XvfbServer xvfb_;

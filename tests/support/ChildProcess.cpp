@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -49,8 +50,11 @@ bool ChildProcess::Spawn(const std::function<void()>& inChild, const Descriptors
     }
     // Buffered output would otherwise be written twice, once by each process.
     std::fflush(nullptr);
+    const pid_t parent = getpid();
     const pid_t pid = fork();
     if (pid == 0) {
+        // The parent may have died before the signal was asked for.
+        if (deathSignal_ != 0 && (prctl(PR_SET_PDEATHSIG, deathSignal_) != 0 || getppid() != parent)) _exit(127);
         dup2(in[0], 0);
         dup2(out[1], 1);
         for (const auto& [target, source] : descriptors) {

@@ -47,7 +47,13 @@ public:
     // SIGTERM, then SIGKILL if it has not ended within `grace`; reaped either way.
     void Stop(std::chrono::milliseconds grace);
 
+    // From the next start on, the child gets `signal` when the thread that
+    // started it ends, however it ends (a crash, SIGKILL), so nothing it
+    // started outlives a test that died. 0 (the default): no such signal.
+    void SetDeathSignal(int signal) { deathSignal_ = signal; }
+
     bool Running() const { return pid_ > 0; }
+    pid_t Pid() const { return pid_; }
 
 private:
     bool Spawn(const std::function<void()>& inChild, const Descriptors& descriptors);
@@ -55,6 +61,7 @@ private:
 
     pid_t pid_ = -1;
     pid_t owner_ = -1;
+    int deathSignal_ = 0;
     int input_ = -1;
     int output_ = -1;
     std::string buffered_;

@@ -8,14 +8,15 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 
-// A press and release of the first button at (x, y) inside `window`.
-inline void ClickThroughServer(Display* display, Window window, int x, int y) {
+// A press and release of `button` (1 the first; 4 and 5 a notch of the wheel
+// up and down) at (x, y) inside `window`.
+inline void ClickThroughServer(Display* display, Window window, int x, int y, unsigned button = 1) {
     int rootX = 0, rootY = 0;
     Window child = 0;
     XTranslateCoordinates(display, window, DefaultRootWindow(display), x, y, &rootX, &rootY, &child);
     XTestFakeMotionEvent(display, -1, rootX, rootY, CurrentTime);
-    XTestFakeButtonEvent(display, 1, True, CurrentTime);
-    XTestFakeButtonEvent(display, 1, False, CurrentTime);
+    XTestFakeButtonEvent(display, button, True, CurrentTime);
+    XTestFakeButtonEvent(display, button, False, CurrentTime);
     XSync(display, False);
 }
 

@@ -1,6 +1,7 @@
 #include "tests/support/Xvfb.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -40,6 +41,8 @@ bool XvfbServer::Start() {
         return false;
     }
     const int devNull = open("/dev/null", O_RDWR | O_CLOEXEC);
+    // SIGTERM, not SIGKILL: the server then removes its lock file and socket.
+    server_.SetDeathSignal(SIGTERM);
     // An explicit environment: nothing of the test's own (no DISPLAY, no
     // XAUTHORITY) reaches the server.
     const bool started = devNull >= 0 && server_.Exec("/usr/bin/Xvfb", {"PATH=/usr/local/bin:/usr/bin:/bin"},

@@ -11,7 +11,8 @@
 #include "tests/support/ChildProcess.h"
 
 // One Xvfb process, owned by the process that started it (a forked child that
-// inherits the object never stops the server).
+// inherits the object never stops the server). The server ends with the
+// thread that started it, also when the test crashes or is killed.
 class XvfbServer {
 public:
     XvfbServer() = default;
@@ -26,6 +27,7 @@ public:
 
     // ":N".
     const std::string& DisplayName() const { return display_; }
+    pid_t Pid() const { return server_.Pid(); }
     const std::string& Failure() const { return failure_; }
 
 private:

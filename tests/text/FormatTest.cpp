@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/unicode/UTF8.h"
+#include "tests/support/TestData.h"
 #include "text/FormatOverrides.h"
 #include "text/UFormat.h"
 #include "text/UFormatIterator.h"
@@ -170,10 +171,9 @@ TEST(UFormat, RendersKeyOrTranslation) {
 
 // The C locale's refusal is pinned with the catalogue, which is where it matters.
 TEST(UFormat, PlatformFormUnderUTF8) {
+    if (!LocaleInstalled("C.UTF-8")) GTEST_SKIP() << "locale C.UTF-8 is not installed";
     const std::string saved = std::setlocale(LC_CTYPE, nullptr);
-    if (std::setlocale(LC_CTYPE, "C.UTF-8") == nullptr) {
-        GTEST_SKIP() << "locale C.UTF-8 is not installed";
-    }
+    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
     const FormatPair accented{"{a}", "caf\xC3\xA9 {a}"}, malformed{"{a}", "\xC3 {a}"};
     EXPECT_STREQ(MakePlatformString(FormatPlusArguments(accented, "x")).Get(), "caf\xC3\xA9 x");
     // Translation bytes are checked only here.

@@ -4,7 +4,10 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
 #include <memory>
+#include <thread>
 #include <string>
 #include <vector>
 
@@ -17,6 +20,9 @@
 #include "app/Settings.h"
 #include "app/Tick.h"
 #include "base/time/Clock.h"
+#include "protocol/Documents.h"
+#include "protocol/UIReports.h"
+#include "tests/support/ForkedCheck.h"
 #include "tests/support/TestData.h"
 #include "tests/support/Xvfb.h"
 #include "text/FormatFile.h"
@@ -29,7 +35,7 @@
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/List.h>
-#include "tests/support/XServerInput.h"
+#include "tests/support/ScrollByHand.h"
 
 extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\nleak:_XawImRegister\n"; }
 // Whole stacks through the toolkit's libraries, so the suppressions above find their frames.
@@ -101,10 +107,12 @@ protected:
         ActionRequestDialog::Update();
         Pump();
     }
-    void Pump() {  // pays an owed refresh and handles the X events
+    void Pump() {  // pays an owed refresh and handles the X events, until an ending closes the display
         ActionRequestDialog::FlushRefresh();
-        XSync(display, False);
-        while (XtAppPending(app_context) & XtIMXEvent) XtAppProcessEvent(app_context, XtIMXEvent);
+        if (display != nullptr) XSync(display, False);
+        while (app_context != nullptr && (XtAppPending(app_context) & XtIMXEvent)) {
+            XtAppProcessEvent(app_context, XtIMXEvent);
+        }
     }
     // The shell is found as a person's tool would: a top-level window holding "actiontitle".
     Widget W(const std::string& name) {
@@ -214,7 +222,7 @@ TEST_F(ActionDialog, RefreshRules) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        actions = c.pending;
+        ReplaceActions(c.pending);
         Show(c.remindMinutes);
         if (c.click >= 0) ClickRow("viewport", c.click);
         EXPECT_EQ(State(), c.state);
@@ -342,6 +350,79 @@ TEST_F(ActionDialog, EveryFixedTextGoesThroughTheTranslations) {
     actions.pop_back();
     Refresh();
     EXPECT_EQ(Text("actiontitle"), "[T] There is 1 pending action.");
+}
+
+// A client text the locale ("C" here) cannot show, met by any refresh: the
+// first one of a show, one a batch or the tick owes, one enabling makes, one
+// a selection makes. Each ends the program after the dialog's report, sent
+// twice, and none throws, maps a half-filled window or leaves the dialog
+// behind. An ending closes the display, so each case runs in a forked copy
+// on a display of its own.
+TEST_F(ActionDialog, AClientTextTheLocaleCannotShowEndsTheProgramWithAReport) {
+    const char* accented = "Gr\xc3\xb6\xc3\x9f" "e \xc3\xa4ndern";
+    ActionRequest describedAccented = Action(1, "One");
+    describedAccented.shortDescription = accented;
+    const struct {
+        const char* name;
+        std::vector<ActionRequest> before;  // shown first, then `change`
+        std::function<void()> change;
+    } cases[] = {
+        {"first refresh", {}, [&] { ReplaceActions({Action(1, accented)}), Show(); }},
+        {"owed refresh", {Action(1, "One")}, [&] { AppendAction(Action(2, accented)), Refresh(); }},
+        {"enabling", {Action(1, "One")},
+         [&] { ActionRequestDialog::Disable(), AppendAction(Action(2, accented)), ActionRequestDialog::Enable(); }},
+        {"selection", {describedAccented}, [&] { ClickRow("viewport", 0); }},
+    };
+    const std::string report(
+        ConvertToXML(ClientUIErrorMessage(ClientUIErrorMessage::DialogError, "ActionRequestDialog")).View());
+    for (const auto& c : cases) {
+        const int outcome = RunInForkedChild(
+            [&] {
+                Open("/nonexistent/%N");
+                ReplaceActions(c.before);
+                if (!c.before.empty()) Show();
+                if (!endings.empty()) return 4;
+                // The pipe's writer, as far as the reports need one: they wait until it took them.
+                std::vector<std::string> sent;
+                std::atomic<bool> ended{false};
+                std::thread writer([&] {
+                    for (FiFoQueue<UIMessage> queue; !ended; std::this_thread::sleep_for(std::chrono::milliseconds(1))) {
+                        for (writeQ.ReadMessages(queue); !queue.IsEmpty();) sent.push_back(queue.TakeFront().text.Str());
+                    }
+                });
+                // Whatever is mapped from now on, as a person's screen would show it.
+                Display* const watcher = XOpenDisplay(nullptr);
+                XSelectInput(watcher, DefaultRootWindow(watcher), SubstructureNotifyMask);
+                XSync(watcher, False);
+                c.change();
+                ended = true;
+                writer.join();
+                XSync(watcher, False);
+                bool mapped = false;
+                for (XEvent event; XPending(watcher) > 0;) mapped |= (XNextEvent(watcher, &event), event.type == MapNotify);
+                if (endings != std::vector<int>{0}) return 1;
+                if (ActionRequestDialog::IsShown() || mapped) return 2;
+                return sent == std::vector<std::string>{report, report} ? 0 : 3;
+            },
+            std::chrono::seconds(60));
+        EXPECT_EQ(outcome, 0) << c.name << " (1: no ending with 0, 2: mapped or still shown, 3: not reported twice, "
+                              << "4: ended too soon, other: thrown or crashed)";
+    }
+}
+
+// The description scrolls by hand: the wheel, three lines a notch, and the
+// first button on its scroll bar, which drags the thumb.
+TEST_F(ActionDialog, TheDescriptionScrollsByHand) {
+    std::string lines;
+    for (int i = 0; i < 200; ++i) lines += "line " + std::to_string(i) + "\n";
+    ReplaceActions({Action(1, "One")});
+    actions[0].shortDescription = SharedUString<UTF8>(UStringRef<UTF8>(lines));
+    Show();
+    ClickRow("viewport", 0);
+    const std::vector<int> top = ScrollByHand(W("actiondesc"), [this] { Pump(); });
+    ASSERT_EQ(top.size(), 4u);
+    EXPECT_EQ(std::vector<int>(top.begin(), top.begin() + 3), (std::vector<int>{3, 6, 3}));
+    EXPECT_GT(top[3], 150);
 }
 
 // Last, on a second display of its own, left open until the program ends.

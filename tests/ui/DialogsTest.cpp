@@ -40,7 +40,7 @@
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/AsciiText.h>
-#include "tests/support/XServerInput.h"
+#include "tests/support/ScrollByHand.h"
 
 // The Athena vendor shell's input-method record is the library's, not ours.
 extern "C" const char* __lsan_default_suppressions() { return "leak:_XawImInitialize\nleak:_XawImRegister\n"; }
@@ -204,8 +204,10 @@ TEST_F(Dialogs, WidgetsTextsLayoutAndClicks) {
             ASSERT_NE(widget, nullptr) << name;
             const bool isText = XtIsSubclass(widget, asciiTextWidgetClass);
             EXPECT_EQ(Text(widget, name[0] == '\0' ? XtNtitle : isText ? XtNstring : XtNlabel), text) << name;
-            // Only the message's text scrolls by hand.
-            EXPECT_TRUE(!isText || XtIsSensitive(widget) == (c.span == std::string("actionmessage"))) << name;
+            // Every text area is read-only and sensitive, so that it scrolls by hand.
+            XawTextEditType editType = XawtextEdit;
+            if (isText) XtVaGetValues(widget, XtNeditType, &editType, nullptr);
+            EXPECT_TRUE(!isText || (XtIsSensitive(widget) && editType == XawtextRead)) << name;
         }
         Pump();
         const std::array<int, 4> span = Box(Child(shell, c.span));
@@ -287,6 +289,8 @@ TEST_F(Dialogs, TakeAllConfirmsEachActionFromThePendingList) {
     EXPECT_EQ(Queued(), (Commands{{T::ConfirmDeclined, 9}}));
 }
 
+// A title of any length is cut to fit: every window lies wholly on the
+// (1024 x 768) screen, its buttons with it.
 TEST_F(Dialogs, LongTextsAndManyMessagesAreShown) {
     std::string huge;
     for (int i = 0; huge.size() < 100000; ++i) huge += "word\tline\n{x} "[i % 15];
@@ -295,11 +299,42 @@ TEST_F(Dialogs, LongTextsAndManyMessagesAreShown) {
     Pump();
     for (const Widget shell : {ActionDetailsDialog::Shell(), ConfirmationDialog::Shell(), MessageDialog::Shell(1)}) {
         ASSERT_NE(shell, nullptr);
-        EXPECT_LT(Box(shell)[2] - Box(shell)[0], 32768);  // the title's 500 characters, not 100,000
+        const std::array<int, 4> box = Box(shell);
+        EXPECT_TRUE(box[0] >= 0 && box[1] >= 0 && box[2] <= 1024 && box[3] <= 768)
+            << box[0] << "," << box[1] << " to " << box[2] << "," << box[3];
     }
     for (unsigned long long id = 2; id <= 500; ++id) ShowMessageDialog(Message(id, "Many", "messages"));
     Pump();
     EXPECT_EQ(MessageDialog::Count(), 500u);
+}
+
+// The texts a person must read to their end scroll by hand: the wheel moves
+// them three lines a notch, the first button on the scroll bar drags the
+// thumb to where it is pressed.
+TEST_F(Dialogs, TextAreasScrollByHand) {
+    std::string lines;
+    for (int i = 0; i < 200; ++i) lines += "line " + std::to_string(i) + "\n";
+    ReplaceActions({Action(1, "Long", lines.c_str(), lines.c_str())});
+    const struct {
+        const char* text;
+        std::function<Widget()> show;
+    } areas[] = {
+        {"actiondetails", [] { return ShowActionDetailsDialog(1, Entry(1)), ActionDetailsDialog::Shell(); }},
+        {"actionconfirmation", [] { return ShowConfirmationRequestDialog(1, Entry(1)), ConfirmationDialog::Shell(); }},
+        {"actionmessage", [&] { return ShowMessageDialog(Message(1, "Long", lines)), MessageDialog::Shell(1); }},
+    };
+    for (const auto& area : areas) {
+        SCOPED_TRACE(area.text);
+        const Widget shell = area.show();
+        ASSERT_NE(shell, nullptr);
+        Pump();
+        const std::vector<int> top = ScrollByHand(Child(shell, area.text), Pump);
+        ASSERT_EQ(top.size(), 4u);
+        EXPECT_EQ(std::vector<int>(top.begin(), top.begin() + 3), (std::vector<int>{3, 6, 3}));
+        EXPECT_GT(top[3], 150);  // nine tenths of 200 lines, not a page further
+        ActionDetailsDialog::Hide(), ConfirmationDialog::Hide(), MessageDialog::Remove(1);
+        Pump();
+    }
 }
 
 TEST_F(Dialogs, ShowingAndHidingAThousandTimesDoesNotGrow) {

@@ -1,5 +1,10 @@
 // The X side in this process, on the test program's own Xvfb.
 
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstring>
 #include <memory>
 #include <string>
@@ -9,6 +14,8 @@
 
 #include "app/ClientLink.h"
 #include "app/Exit.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/ForkedCheck.h"
 #include "tests/support/ProgramSettings.h"
 #include "tests/support/Xvfb.h"
 #include "ui/DefaultFontSet.h"
@@ -171,6 +178,12 @@ TEST_F(XApp, CentresAndScrollsWidgets) {
     XtVaGetValues(shell, XtNx, &x, XtNy, &y, nullptr);
     EXPECT_EQ(x, (1024 - 200) / 2);
     EXPECT_EQ(y, (768 - 100) / 2);
+    XtVaSetValues(shell, XtNwidth, 3000, XtNheight, 800, nullptr);  // larger than the screen: at its corner
+    CenterDialogOnDisplay(shell);
+    XtVaGetValues(shell, XtNx, &x, XtNy, &y, nullptr);
+    EXPECT_EQ(x, 0);
+    EXPECT_EQ(y, 0);
+    XtVaSetValues(shell, XtNwidth, 200, XtNheight, 100, nullptr);
 
     const Widget viewport = XtVaCreateManagedWidget("viewport", viewportWidgetClass, shell, XtNallowVert, True,
                                                     XtNforceBars, True, XtNheight, 40, nullptr);
@@ -188,6 +201,38 @@ TEST_F(XApp, CentresAndScrollsWidgets) {
     XawListHighlight(list, 6);
     ScrollSelectedItemIntoView(viewport, list);
     EXPECT_FLOAT_EQ(jumpedTo, 6.0f / 8.0f);
+}
+
+// A display test that dies outright takes its Xvfb with it: here a copy of
+// the test starts one and is killed; the server, handed to this process as
+// an orphan, must end.
+TEST(XvfbServer, EndsWithTheTestThatStartedIt) {
+    const int outcome = RunInForkedChild(
+        [] {
+            if (prctl(PR_SET_CHILD_SUBREAPER, 1) != 0) return 2;
+            ChildProcess test;
+            test.Fork([] {
+                XvfbServer server;
+                if (!server.Start()) return 3;
+                const std::string pid = std::to_string(server.Pid());
+                const std::string frame = std::string{static_cast<char>(pid.size()), 0, 0, 0} + pid;
+                if (write(1, frame.data(), frame.size()) != static_cast<ssize_t>(frame.size())) return 4;
+                raise(SIGKILL);
+                return 5;
+            });
+            const std::optional<std::string> reported = test.ReadFrame(std::chrono::seconds(20));
+            if (!reported || test.WaitForExit(std::chrono::seconds(20)) != -SIGKILL) return 6;
+            const pid_t server = static_cast<pid_t>(std::stol(*reported));
+            for (int waited = 0; waited < 1000; ++waited) {  // 10 s at most
+                if (waitpid(server, nullptr, WNOHANG) == server) return 0;
+                usleep(10000);
+            }
+            kill(server, SIGKILL);  // left behind: end it here, and fail
+            waitpid(server, nullptr, 0);
+            return 1;
+        },
+        std::chrono::seconds(60));
+    EXPECT_EQ(outcome, 0) << "1: the server outlived the test that started it";
 }
 
 }  // namespace
