@@ -115,10 +115,11 @@ std::optional<UICommand> ActionDialogModel::CommandFor(ActionButton button, Inst
         case ActionButton::Take: return UICommand(UICommandType::TakeAction, selected->id, 0, 0, selected->entry);
         case ActionButton::Cancel: return UICommand(UICommandType::CancelAction, selected->id, 0, 0, selected->entry);
         case ActionButton::Details: return UICommand(UICommandType::ShowDetails, selected->id, 0, 0, selected->entry);
-        case ActionButton::Snooze:
+        case ActionButton::Snooze: {
             if (NothingPending() || snoozeSelected_ < 0) return std::nullopt;
-            return UICommand(UICommandType::Snooze, 0, snoozeEntries_[static_cast<std::size_t>(snoozeSelected_)].minutes,
-                             SecondsUntil(earliestDeadline_, now));
+            const SnoozeEntry& entry = snoozeEntries_[static_cast<std::size_t>(snoozeSelected_)];
+            return UICommand(UICommandType::Snooze, 0, entry.minutes, SecondsUntil(earliestDeadline_, now));
+        }
     }
     return std::nullopt;
 }

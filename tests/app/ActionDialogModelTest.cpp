@@ -36,7 +36,9 @@ protected:
         model.Rebuild(actions, kNow);
     }
     void Rebuild() { model.Rebuild(actions, kNow); }
-    std::string Chosen() const { return model.Selected() != nullptr ? std::string(model.Selected()->title.View()) : ""; }
+    std::string Chosen() const {
+        return model.Selected() != nullptr ? std::string(model.Selected()->title.View()) : "";
+    }
 
     ScopedClockOverride clock_{kNow};
     ActionDialogModel model;

@@ -72,7 +72,6 @@ public:
     unsigned long long confirmingId = 0;
     std::string confirmTitle, confirmMessage;
     bool detailsOpen = false, quietOpen = false;
-    std::set<unsigned long long> messages;
 
     void ShowActionRequestDialog(bool, const TimeInterval& remindInterval, bool snoozable) override {
         if (shown) return;
@@ -110,8 +109,8 @@ public:
     }
     bool IsActionDetailsDialogShown() override { return detailsOpen; }
     bool IsConfirmationDialogShown() override { return confirming != 0; }
-    void ShowMessageDialog(const MessageRequest& request) override { messages.insert(request.id); }
-    void RemoveMessageDialog(unsigned long long id) override { messages.erase(id); }
+    void ShowMessageDialog(const MessageRequest&) override {}
+    void RemoveMessageDialog(unsigned long long) override {}
     void RemoveTimedoutMessageDialogs() override {}
     void ShowQuietModeDialog(const Instant&, const Instant&) override { quietOpen = true; }
     void RemoveQuietModeDialog() override { quietOpen = false; }
@@ -162,9 +161,8 @@ private:
         }
         const int index = dialog.SnoozeSelected();
         const auto& list = dialog.SnoozeList();
-        const bool stillOffered =
-            expected_.snoozeMinutes &&
-            std::any_of(list.begin(), list.end(), [&](const SnoozeEntry& e) { return e.minutes == *expected_.snoozeMinutes; });
+        const auto chosen = [&](const SnoozeEntry& e) { return e.minutes == *expected_.snoozeMinutes; };
+        const bool stillOffered = expected_.snoozeMinutes && std::any_of(list.begin(), list.end(), chosen);
         if (stillOffered && (index < 0 || list[static_cast<std::size_t>(index)].minutes != *expected_.snoozeMinutes)) {
             throw Violation{"a refresh dropped the user's snooze choice"};
         }
@@ -299,7 +297,8 @@ private:
                        "</ID></RemoveRequest>";
             }
             case 6: {
-                if (choices_.Below(2) == 0) return "<QuietModeEnd></QuietModeEnd>";  // the reader takes "<a/>" as closing the parent
+                // Not "<QuietModeEnd/>": the reader takes that form as closing the parent.
+                if (choices_.Below(2) == 0) return "<QuietModeEnd></QuietModeEnd>";
                 const std::string start = TimeToText(Now(), TimeZone(0)).Str();
                 return "<QuietModeStart><StartTime>" + start + "</StartTime><EndTime>" + start +
                        "</EndTime></QuietModeStart>";
@@ -356,10 +355,11 @@ private:
         RunClientUITick();
         if (!screen_.broken.empty()) throw Violation{screen_.broken};
         const std::vector<Report> reports = TakeReports();
+        // What the tick left and sent, for the reader of a failure: entry/ID pairs, then reports.
         std::string line = "  -> pending:";
-        for (const ActionRequest& action : actions) line += " " + std::to_string(action.entry) + "/" + std::to_string(action.id);
+        for (const ActionRequest& a : actions) line += " " + std::to_string(a.entry) + "/" + std::to_string(a.id);
         line += "; sent:";
-        for (const Report& report : reports) line += " " + report.kind + (report.kind == "ActionTaken" ? "(" + std::to_string(report.id) + (report.isCancel ? ",cancel)" : ")") : "");
+        for (const Report& r : reports) line += " " + r.kind + (r.isCancel ? "(cancel " : "(") + std::to_string(r.id) + ")";
         Note(line);
         CheckReports(pending, reports);
         expected_.snoozesAsked = 0;
@@ -492,7 +492,8 @@ private:
             }
         }
         for (const ActionRequest& entry : actions) {
-            if (std::none_of(pending.begin(), pending.end(), [&](const ActionRequest& p) { return p.entry == entry.entry; })) {
+            const auto same = [&](const ActionRequest& p) { return p.entry == entry.entry; };
+            if (std::none_of(pending.begin(), pending.end(), same)) {
                 throw Violation{"entry " + std::to_string(entry.entry) + " is pending that the client never sent"};
             }
         }
