@@ -151,6 +151,7 @@ TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0)
     std::array<LiveProgram, std::size(rows)> programs;
     for (std::size_t i = 0; i < programs.size(); ++i) {
         Scenario scenario;
+        scenario.useLocale = false;
         scenario.files = {{"_brand.xlat", "", std::string(rows[i].text) + "\tAusgew\xc3\xa4hlt\n"}};
         programs[i].Start(scenario);
         programs[i].Send(rows[i].commands);
