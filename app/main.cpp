@@ -1,6 +1,7 @@
 // ZAMClientUI: the desktop side of the endpoint agent. The client starts it
 // with the protocol pipe on standard input and output.
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -34,6 +35,14 @@ int main(int argc, char** argv) {
         case CommandLineRequest::Run:
             break;
     }
+    // Before the pipe's threads start. One heap for every thread: a thread's
+    // own arena keeps the pages of the documents it read dirty for good. And
+    // a block of 32 KiB or more (a client document, its frame) is mapped on
+    // its own and given back when freed, instead of leaving its pages in
+    // the heap for the rest of the session.
+    mallopt(M_ARENA_MAX, 1);
+    mallopt(M_MMAP_THRESHOLD, 32 * 1024);
+
     // Started by hand: say so once, then carry on as the agent would have us.
     if (isatty(0) == 1) std::fputs(TerminalNotice(), stderr);
 

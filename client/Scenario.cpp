@@ -1,5 +1,6 @@
 #include "client/Scenario.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cmath>
@@ -7,6 +8,8 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+
+#include "client/WellFormed.h"
 
 namespace {
 
@@ -75,6 +78,11 @@ Milliseconds ReadDuration(const std::string& text, bool relative) {
     if (relative) {
         if (body.empty() || body[0] != '+') throw Reason{"\"" + text + "\" must be relative, like +30s"};
         body.erase(0, 1);
+    }
+    // A bare number was once taken as seconds, which read "15" meant as
+    // minutes as a quarter of a minute.
+    if (!body.empty() && body.find_first_not_of("0123456789.") == std::string::npos) {
+        throw Reason{text + " what? write " + text + "s, " + text + "m or " + text + "h"};
     }
     const std::optional<Milliseconds> value = ParseDuration(body);
     if (!value) throw Reason{"\"" + text + "\" is not a duration (like 500ms, 2s, 1.5m, 1h)"};
@@ -258,6 +266,22 @@ void ReadHeader(Scenario& scenario, const std::vector<Word>& words) {
     }
 }
 
+// Checks a finished document, whose "document" command is on `commandLine`
+// and whose "|" lines follow it directly; on a fault `number` becomes the
+// line to report.
+void EndDocument(const Command& document, int commandLine, int& number) {
+    if (document.text.empty()) {
+        number = commandLine;
+        throw Reason{"the document has no \"|\" lines"};
+    }
+    if (const std::optional<XMLFault> fault = CheckWellFormed(document.text)) {
+        // A document cut short is found after its last line: named by that line.
+        const int lines = static_cast<int>(std::count(document.text.begin(), document.text.end(), '\n'));
+        number = commandLine + std::min(fault->line, lines);
+        throw Reason{"the document is not well-formed XML: " + fault->reason};
+    }
+}
+
 }  // namespace
 
 std::string ScenarioError::Text() const {
@@ -313,10 +337,7 @@ Scenario ParseScenario(const std::string& text, const std::string& path) {
                 document->text += line.substr(start + 1 + (line.size() > start + 1 && line[start + 1] == ' ')) + "\n";
                 continue;
             }
-            if (document != nullptr && document->text.empty()) {
-                number = documentLine;
-                throw Reason{"the document has no \"|\" lines"};
-            }
+            if (document != nullptr) EndDocument(*document, documentLine, number);
             document = nullptr;
             const std::vector<Word> words = SplitWords(line);
             if (words.empty()) continue;
@@ -352,10 +373,7 @@ Scenario ParseScenario(const std::string& text, const std::string& path) {
                 throw Reason{"\"" + head + "\" belongs before the first \"at\", or needs \"at TIME\" in front"};
             }
         }
-        if (document != nullptr && document->text.empty()) {
-            number = documentLine;
-            throw Reason{"the document has no \"|\" lines"};
-        }
+        if (document != nullptr) EndDocument(*document, documentLine, number);
         if (scenario.steps.empty()) throw Reason{"the scenario has no \"at\" lines"};
     } catch (const Reason& reason) {
         throw ScenarioError{path, number, reason.text};

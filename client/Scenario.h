@@ -11,7 +11,7 @@
 //   at 0s  action id=1 title="Update" deadline=+30s force
 //   and    quiet-start end=+10s      same document as the line before
 //   at 2s  expect ActionTaken id=1 within=10s
-//   at 3s  document                  a whole document, verbatim:
+//   at 3s  document                  a whole well-formed document, verbatim:
 //   | <ClientToUI><QuietModeEnd></QuietModeEnd></ClientToUI>
 //   at 4s  mark screenshot
 //
@@ -112,7 +112,9 @@ struct Scenario {
     Milliseconds remindInterval{0};
     std::optional<Milliseconds> remindTime;
     bool allowSnooze = true;
-    bool useLocale = false;
+    // The program's texts in the locale's encoding, so a UTF-8 desktop shows
+    // accents as its users will see them.
+    bool useLocale = true;
     std::string locale;
     std::vector<SupportFile> files;
     std::vector<Step> steps;
@@ -128,5 +130,6 @@ Scenario ParseScenario(const std::string& text, const std::string& path);
 // "expect" are scenario-only.
 Command ParseCommand(const std::string& line);
 
-// "250ms", "2s", "1.5s", "3m", "1h"; a bare number is seconds.
+// "250ms", "2s", "1.5s", "3m", "1h"; a bare number is seconds (the command
+// line's --ready-timeout), which a scenario refuses as ambiguous.
 std::optional<Milliseconds> ParseDuration(const std::string& text);

@@ -1,10 +1,13 @@
 #include "client/Session.h"
 
+#include <locale.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
+#include <clocale>
 #include <cstdio>
 #include <cstring>
 
@@ -37,9 +40,25 @@ Instant NowForDocuments() {
 }
 
 std::string Seconds(Milliseconds length) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.3g s", static_cast<double>(length.count()) / 1000.0);
+    char text[48];
+    std::snprintf(text, sizeof text, "%g s", static_cast<double>(length.count()) / 1000.0);
     return text;
+}
+
+// "10", "2.5": a speed factor as the command line gave it.
+std::string Factor(double speed) {
+    char text[48];
+    std::snprintf(text, sizeof text, "%g", speed);
+    return text;
+}
+
+// "-f UTF-8" for a name with ".utf8", ".UTF-8" and the like.
+std::string CharmapOf(const std::string& codeset) {
+    std::string folded;
+    for (const char c : codeset) {
+        if (c != '-') folded += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    }
+    return folded == "UTF8" ? "UTF-8" : codeset;
 }
 
 std::string Describe(const Command& command) {
@@ -61,6 +80,36 @@ bool Matches(const Report& report, const std::string& kind, std::optional<unsign
 
 }  // namespace
 
+std::string DescribeExitStatus(int status, const std::string& display) {
+    std::string text = "exit status " + std::to_string(status);
+    if (status != 255) return text;
+    // The program's one status for an X failure; at the start it almost
+    // always means the display.
+    return text + ": the program could not open the display " +
+           (display.empty() ? std::string("(DISPLAY is not set)") : "\"" + display + "\"") +
+           ", or the X server reported an error; check DISPLAY and that this user may use that X server "
+           "(XAUTHORITY, xhost)";
+}
+
+std::optional<std::string> MissingLocale(const std::string& locale) {
+    if (const locale_t found = newlocale(LC_ALL_MASK, locale.c_str(), locale_t(0))) {
+        freelocale(found);
+        return std::nullopt;
+    }
+    // language_territory[.codeset][@modifier]: localedef takes the codeset
+    // as the character map and the rest as the source.
+    const std::size_t at = locale.find('@');
+    const std::string modifier = at == std::string::npos ? "" : locale.substr(at);
+    const std::string name = locale.substr(0, at);
+    const std::size_t dot = name.find('.');
+    const std::string source = name.substr(0, dot) + modifier;
+    const std::string charmap = dot == std::string::npos ? "CHARMAP" : CharmapOf(name.substr(dot + 1));
+    std::string text = "the locale \"" + locale + "\" is not installed; generate it as root with: localedef -i " +
+                       source + " -f " + charmap + " " + locale;
+    if (dot == std::string::npos) text += " (CHARMAP: the character set, such as UTF-8)";
+    return text;
+}
+
 std::vector<std::string> ProgramEnvironment() {
     std::vector<std::string> environment;
     for (char** entry = environ; *entry != nullptr; ++entry) environment.push_back(*entry);
@@ -78,6 +127,11 @@ Session::~Session() { process_.Stop(std::chrono::milliseconds(0)); }
 void Session::Print(const std::string& line) { out_ << Stamp() << ' ' << line << std::endl; }
 
 void Session::Start(const Scenario& scenario) {
+    // Before anything is made: the program would otherwise run in the "C"
+    // locale without a word.
+    if (!scenario.locale.empty()) {
+        if (const std::optional<std::string> missing = MissingLocale(scenario.locale)) throw ClientError{*missing};
+    }
     base_ = std::make_unique<BaseDirectory>(options_.baseDirectory);
     std::vector<std::string> environment = options_.environment;
     if (!scenario.locale.empty()) {
@@ -93,6 +147,10 @@ void Session::Start(const Scenario& scenario) {
           base_->Path());
     if (!WaitFor("ReadyForData", std::nullopt, SteadyClock::now() + options_.readyTimeout)) {
         throw ClientError{"the program sent no ReadyForData within " + Seconds(options_.readyTimeout)};
+    }
+    if (options_.speed != 1.0) {
+        Print("playing at --speed " + Factor(options_.speed) + ": \"at\" and \"within\" times are divided by " +
+              Factor(options_.speed) + ", the times sent to the program are not");
     }
     InitializationInfo info = ScenarioInitialization(scenario, base_->Path(), NowForDocuments());
     SendDocument(InitializationInfoDocument(info));
@@ -150,8 +208,8 @@ std::optional<std::size_t> Session::Pump(SteadyClock::time_point until, const st
 void Session::EndedEarly() {
     // Its output closes only as it exits: the status follows at once.
     const std::optional<int> status = process_.WaitForExit(SteadyClock::now() + std::chrono::seconds(5));
-    throw ClientError{status ? "the program ended before the client closed the pipe (exit status " +
-                                   std::to_string(*status) + ")"
+    throw ClientError{status ? "the program ended before the client closed the pipe (" +
+                                   DescribeExitStatus(*status, display_) + ")"
                              : std::string("the program closed its output before the client closed the pipe")};
 }
 
@@ -182,7 +240,7 @@ std::vector<Report> Session::Collect(SteadyClock::time_point until) {
 void Session::Play(const Scenario& scenario) {
     const SteadyClock::time_point start = SteadyClock::now();
     for (const Step& step : scenario.steps) {
-        Pump(start + step.at, [] { return false; });
+        Pump(start + Scaled(step.at), [] { return false; });
         const std::string where = scenario.path + ":" + std::to_string(step.line);
         if (step.commands.front().IsRecord()) {
             SendRecords(step.commands);
@@ -191,6 +249,11 @@ void Session::Play(const Scenario& scenario) {
         for (const Command& command : step.commands) Run(command, where);
         if (closed_) return;
     }
+}
+
+SteadyClock::duration Session::Scaled(Milliseconds length) const {
+    return std::chrono::duration_cast<SteadyClock::duration>(
+        std::chrono::duration<double, std::milli>(static_cast<double>(length.count()) / options_.speed));
 }
 
 void Session::Run(const Command& command, const std::string& where) {
@@ -220,12 +283,17 @@ void Session::Expect(const ExpectCommand& expect, const std::string& where) {
         }
         return false;
     };
-    Pump(SteadyClock::now() + expect.within, take);
+    Pump(SteadyClock::now() + Scaled(expect.within), take);
     if (!found) {
         std::string what = expect.kind;
         if (expect.id) what += " id=" + std::to_string(*expect.id);
         if (expect.cancel) what += std::string(" cancel=") + (*expect.cancel ? "true" : "false");
-        throw ClientError{where + ": no " + what + " came within " + Seconds(expect.within)};
+        std::string within = Seconds(expect.within);
+        if (options_.speed != 1.0) {
+            within += " (" + Seconds(std::chrono::duration_cast<Milliseconds>(Scaled(expect.within))) +
+                      " at --speed " + Factor(options_.speed) + ")";
+        }
+        throw ClientError{where + ": no " + what + " came within " + within};
     }
 }
 

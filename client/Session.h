@@ -8,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -35,6 +36,10 @@ struct SessionOptions {
     std::string markCommand;
     // Readable when the run must stop (a signal arrived); -1: none.
     int interruptFd = -1;
+    // Divides the times of "at" steps and the waits of "expect ... within=",
+    // for quick previews and tests. The times in the documents (deadlines,
+    // message time-outs, quiet periods, remind times) stay as written.
+    double speed = 1.0;
 };
 
 class Session {
@@ -65,6 +70,8 @@ public:
     std::vector<Report> Collect(SteadyClock::time_point until);
     UIProcess& Process() { return process_; }
     const std::string& BaseDirectoryPath() const { return base_->Path(); }
+    // The program's DISPLAY; empty when it has none.
+    const std::string& DisplayName() const { return display_; }
 
 private:
     // Reads and prints what the program sends until `until` or until `done`
@@ -73,6 +80,8 @@ private:
     // index when one became readable.
     std::optional<std::size_t> Pump(SteadyClock::time_point until, const std::function<bool()>& done,
                                     const std::vector<int>& watched = {});
+    // A scenario time at the run's speed.
+    SteadyClock::duration Scaled(Milliseconds length) const;
     void Run(const Command& command, const std::string& where);
     void Expect(const ExpectCommand& expect, const std::string& where);
     void Mark(const std::string& name);
@@ -90,6 +99,15 @@ private:
     bool reportedError_ = false;
     std::string display_;
 };
+
+// What the program's exit status tells: "exit status N", and for 255 that it
+// could not open the display `display` (empty: DISPLAY is not set) or the X
+// server reported an error.
+std::string DescribeExitStatus(int status, const std::string& display);
+
+// Nothing when `locale` can be used; else what is wrong and the command that
+// generates it.
+std::optional<std::string> MissingLocale(const std::string& locale);
 
 // The environment of this process, which the program inherits.
 std::vector<std::string> ProgramEnvironment();

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <thread>
@@ -23,11 +24,9 @@ void CloseFd(int& fd) {
     fd = -1;
 }
 
-int MillisecondsUntil(SteadyClock::time_point until) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - SteadyClock::now()).count();
-    if (left <= 0) return 0;
-    return left > 60000 ? 60000 : static_cast<int>(left);
-}
+// poll(2) counts in an int of milliseconds; a minute at a time keeps any
+// target, time_point::max() included, far from its limit.
+constexpr std::chrono::milliseconds kLongestPoll{60000};
 
 int StatusOf(int status) {
     if (WIFEXITED(status)) return WEXITSTATUS(status);
@@ -42,6 +41,18 @@ std::string ErrnoText(int error) { return std::strerror(error); }
 void DieWithParent(pid_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) _exit(127);
+}
+
+int PollUntil(SteadyClock::time_point until, const PollOnce& poll, const WaitClock& now) {
+    for (;;) {
+        const SteadyClock::time_point current = now();
+        const SteadyClock::duration left = current < until ? until - current : SteadyClock::duration::zero();
+        // Rounded up: a poll of 0 for the last fraction of a millisecond
+        // would spin until the target.
+        const auto slice = std::min(std::chrono::ceil<std::chrono::milliseconds>(left), kLongestPoll);
+        const int ready = poll(static_cast<int>(slice.count()));
+        if (ready != 0 || now() >= until) return ready;
+    }
 }
 
 UIProcess::~UIProcess() { Stop(std::chrono::milliseconds(0)); }
@@ -162,7 +173,8 @@ UIProcess::Event UIProcess::Next(std::string& payload, SteadyClock::time_point u
         }
         std::vector<pollfd> fds{{output_, POLLIN, 0}};
         for (const int fd : watched) fds.push_back({fd, POLLIN, 0});
-        const int ready = poll(fds.data(), fds.size(), MillisecondsUntil(until));
+        const int ready =
+            PollUntil(until, [&fds](int milliseconds) { return poll(fds.data(), fds.size(), milliseconds); });
         if (ready < 0 && errno != EINTR) throw ClientError{"cannot wait for the program: " + ErrnoText(errno)};
         // Interrupted: a signal handler may have written to a watched
         // descriptor, so look again at once.

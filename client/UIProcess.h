@@ -10,6 +10,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +18,18 @@
 #include "pipe/FrameReader.h"
 
 using SteadyClock = std::chrono::steady_clock;
+
+// The clock the client's waits read; a test gives one it moves by hand.
+using WaitClock = std::function<SteadyClock::time_point()>;
+// One poll(2) of at most `milliseconds`, with its result.
+using PollOnce = std::function<int(int milliseconds)>;
+
+// Polls until something is ready or `until` has come on `now`. A single
+// poll waits at most a minute and may come back early, so one that ends
+// before the target polls again: a wait of any length ends at its target.
+// poll's result: above 0 something is ready, 0 the target has come, below 0
+// an error in errno (EINTR included, for the caller to judge).
+int PollUntil(SteadyClock::time_point until, const PollOnce& poll, const WaitClock& now = SteadyClock::now);
 
 // A failure that ends the client's run, with the message it prints.
 struct ClientError {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <clocale>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -28,6 +29,9 @@ const char kUsage[] =
     "                          (default: a fresh temporary directory, removed at exit)\n"
     "  --raw                   print the XML documents instead of one line per record\n"
     "  --ready-timeout SECONDS how long to wait for ReadyForData (default 10)\n"
+    "  --speed FACTOR          play the scenario FACTOR times as fast: \"at\" times and\n"
+    "                          \"within\" waits are divided by it (default 1); the times\n"
+    "                          sent to the program are not\n"
     "  --at-mark COMMAND       run COMMAND with /bin/sh at every \"mark\" step\n"
     "                          (ZAM_MARK holds the mark's name)\n"
     "Exit status: 0 when the program ended with 0; 1 when it failed, ended early or\n"
@@ -102,6 +106,14 @@ int main(int argc, char** argv) {
             const std::optional<Milliseconds> timeout = ParseDuration(value());
             if (!timeout) Usage("--ready-timeout takes a number of seconds");
             options.readyTimeout = *timeout;
+        } else if (argument == "--speed") {
+            const std::string text = value();
+            char* end = nullptr;
+            const double speed = std::strtod(text.c_str(), &end);
+            if (text.empty() || *end != '\0' || !(speed > 0.0) || !std::isfinite(speed)) {
+                Usage("--speed takes a factor above 0, such as 10 or 0.5");
+            }
+            options.speed = speed;
         } else if (argument == "--at-mark") {
             options.markCommand = value();
         } else if (argument == "-h" || argument == "--help") {
@@ -150,7 +162,8 @@ int main(int argc, char** argv) {
             if (interactive) session.Interactive(0);
             const int exit = session.Finish();
             if (exit != 0) {
-                std::fprintf(stderr, "zam-client: the program exited with status %d\n", exit);
+                std::fprintf(stderr, "zam-client: the program ended with %s\n",
+                             DescribeExitStatus(exit, session.DisplayName()).c_str());
             } else {
                 status = 0;
             }

@@ -118,8 +118,9 @@ void UnixPipe::ReadMessageFromPipe(UIMessage& message) {
         fd = readFd_;
     }
     // Reads only what the current frame still lacks, so whatever follows a
-    // frame, or a rejected header, stays in the descriptor.
-    char chunk[16384];
+    // frame, or a rejected header, stays in the descriptor. A small chunk:
+    // the thread's stack pages stay resident for the whole session.
+    char chunk[4096];
     std::string payload;
     while (!frames_.TakeMessage(payload)) {
         // After an error the frame reader stays dead, and so does this call.

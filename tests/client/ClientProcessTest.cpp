@@ -3,9 +3,11 @@
 // it works with its own standard descriptors closed.
 
 #include <fcntl.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -66,9 +68,11 @@ struct Ended {
     std::string output, errors;
 };
 
-// Runs zam-client to its end, standard error into the file "stderr". Every
-// case here ends within a second or two; ten only keep a hang from passing.
-Ended RunClient(const TempDir& dir, const std::vector<std::string>& arguments, Standard standard = Standard::File) {
+// Runs zam-client to its end, standard error into the file "stderr", with
+// DISPLAY=:97 (no stand-in opens it). Every case here but the one played at
+// --speed ends within a second or two; `limit` only keeps a hang from passing.
+Ended RunClient(const TempDir& dir, const std::vector<std::string>& arguments, Standard standard = Standard::File,
+                std::chrono::seconds limit = std::chrono::seconds(10)) {
     std::vector<char*> argv{const_cast<char*>(ZAM_CLIENT_BINARY)};
     for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
@@ -76,6 +80,7 @@ Ended RunClient(const TempDir& dir, const std::vector<std::string>& arguments, S
     ChildProcess client;
     EXPECT_TRUE(client.Fork([&] {
         dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 2);
+        setenv("DISPLAY", ":97", 1);
         if (standard == Standard::Closed) {
             close(0);
             close(1);
@@ -89,7 +94,7 @@ Ended RunClient(const TempDir& dir, const std::vector<std::string>& arguments, S
         execv(ZAM_CLIENT_BINARY, argv.data());
         return 127;
     }));
-    const std::optional<int> status = client.WaitForExit(std::chrono::seconds(10));
+    const std::optional<int> status = client.WaitForExit(limit);
     return {status, fs::exists(out) ? dir.Read("stdout") : "", dir.Read("stderr")};
 }
 
@@ -107,6 +112,8 @@ TEST(ZamClient, EndsWithAClearMessageWhenTheProgramMisbehaves) {
         {"unreadable document", Ready() + PrintfFrame(garbage, garbage.size()) + "exec sleep 30\n",
          "cannot be read"},
         {"ends early", Ready() + "head -c 1 >/dev/null\nexit 3\n", "ended before the client closed the pipe (exit status 3)"},
+        {"no display", Ready() + "head -c 1 >/dev/null\nexit 255\n",
+         "(exit status 255: the program could not open the display \":97\", or the X server reported an error"},
         {"cut frame", Ready() + PrintfFrame("<a>", 10) + "head -c 1 >/dev/null\n", "ended inside a frame"},
         {"not even started", "", "cannot run"},
     };
@@ -148,24 +155,79 @@ TEST(ZamClient, InteractiveCommandsBecomeDocumentsUntilTheEndOfInput) {
     EXPECT_NE(received.find("<QuietModeStart>"), std::string::npos);
 }
 
-TEST(ZamClient, RefusesAFullBaseDirectoryAndABadScenarioBeforeStarting) {
-    TempDir dir;
-    // Leaves a trace if anything starts it.
-    const std::string ui = dir.Write("ui", "#!/bin/sh\ntouch " + dir.Path("started") + "\n", true);
-    fs::create_directory(dir.Path("full"));
-    const std::string kept = dir.Write("full/keep.txt", "");
-    const std::string good = dir.Write("good.scenario", "at 0s close\n");
-    Ended ended = RunClient(dir, {"--ui", ui, "--base-directory", dir.Path("full"), good});
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_NE(ended.errors.find("refusing " + dir.Path("full") + ": it is not empty"), std::string::npos)
-        << ended.errors;
-    EXPECT_TRUE(fs::exists(kept));
+struct Refusal {
+    const char* name;
+    std::string scenario;
+    bool fullBaseDirectory;
+    int status;
+    std::string message;  // "SCENARIO" stands for the scenario's path
+};
 
-    const std::string bad = dir.Write("bad.scenario", "# first\nat 1s action id=x\n");
-    ended = RunClient(dir, {"--ui", ui, bad});
-    EXPECT_EQ(ended.status, 2);
-    EXPECT_NE(ended.errors.find(bad + ":2: \"x\" is not an ID"), std::string::npos) << ended.errors;
-    EXPECT_FALSE(fs::exists(dir.Path("started")));
+TEST(ZamClient, RefusesWhatCannotWorkBeforeStartingAnything) {
+    const Refusal cases[] = {
+        {"full base directory", "at 0s close\n", true, 1, "it is not empty"},
+        {"bad line", "# first\nat 1s action id=x\n", false, 2, "SCENARIO:2: \"x\" is not an ID"},
+        {"bare number", "set remind-interval 15\nat 1s close\n", false, 2,
+         "SCENARIO:1: 15 what? write 15s, 15m or 15h"},
+        {"malformed document", "at 0s document\n| <ClientToUI>\n|   <QuietModeEnd>\n| </ClientToUI>\n", false, 2,
+         "SCENARIO:4: the document is not well-formed XML: mismatched tag"},
+        {"missing locale", "locale xx_YY.UTF-8\nat 0s close\n", false, 1,
+         "the locale \"xx_YY.UTF-8\" is not installed; generate it as root with: "
+         "localedef -i xx_YY -f UTF-8 xx_YY.UTF-8"},
+    };
+    for (const Refusal& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempDir dir;
+        // Leaves a trace if anything starts it.
+        const std::string ui = dir.Write("ui", "#!/bin/sh\ntouch " + dir.Path("started") + "\n", true);
+        std::vector<std::string> arguments{"--ui", ui};
+        std::string kept;
+        if (c.fullBaseDirectory) {
+            fs::create_directory(dir.Path("full"));
+            kept = dir.Write("full/keep.txt", "");
+            arguments.insert(arguments.end(), {"--base-directory", dir.Path("full")});
+        }
+        const std::string scenario = dir.Write("s.scenario", c.scenario);
+        arguments.push_back(scenario);
+        const Ended ended = RunClient(dir, arguments);
+        EXPECT_EQ(ended.status, c.status);
+        std::string message = c.message;
+        if (message.rfind("SCENARIO", 0) == 0) message.replace(0, 8, scenario);
+        EXPECT_NE(ended.errors.find(message), std::string::npos) << ended.errors;
+        EXPECT_FALSE(fs::exists(dir.Path("started")));
+        if (!kept.empty()) {
+            EXPECT_TRUE(fs::exists(kept));
+        }
+    }
+}
+
+// Seconds since midnight of the transcript line that contains `marker`; -1 without one.
+double StampOf(const std::string& transcript, const std::string& marker) {
+    const std::size_t at = transcript.find(marker);
+    if (at == std::string::npos) return -1;
+    const std::size_t line = transcript.rfind('\n', at) == std::string::npos ? 0 : transcript.rfind('\n', at) + 1;
+    int hours = 0, minutes = 0;
+    double seconds = 0;
+    if (std::sscanf(transcript.c_str() + line, "%d:%d:%lf", &hours, &minutes, &seconds) != 3) return -1;
+    return hours * 3600 + minutes * 60 + seconds;
+}
+
+TEST(ZamClient, PlaysStepsAndWaitsFasterAtASpeedFactor) {
+    TempDir dir;
+    const std::string ui = dir.Write("ui", "#!/bin/sh\n" + Ready() + "exec cat 3>&1 >" + dir.Path("received") + "\n", true);
+    const std::string scenario = dir.Write("s.scenario",
+                                           "at 65s action id=1 title=first\n"
+                                           "at 125s action id=2 title=second\n"
+                                           "at 125s expect RemindTime within=30s\n");
+    const Ended ended = RunClient(dir, {"--ui", ui, "--speed", "10", scenario}, Standard::File, std::chrono::seconds(40));
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find("no RemindTime came within 30 s (3 s at --speed 10)"), std::string::npos)
+        << ended.errors;
+    const double first = StampOf(ended.output, ">> ActionRequest id=1"),
+                 second = StampOf(ended.output, ">> ActionRequest id=2");
+    ASSERT_TRUE(first >= 0 && second >= 0) << ended.output;
+    // 60 s of the scenario, a tenth of it; across midnight the day wraps.
+    EXPECT_NEAR(std::fmod(second - first + 86400, 86400), 6.0, 0.25) << ended.output;
 }
 
 }  // namespace

@@ -36,6 +36,13 @@ const BadScenario kBadScenarios[] = {
     {"at 2s close\nat 3s quiet-end", 2, "nothing can follow"},
     {"at 5s quiet-end\n\nat 2s quiet-end", 3, "must not go backwards"},
     {"at 1x quiet-end", 1, "not a duration"},
+    {"at 15 quiet-end", 1, "15 what? write 15s, 15m or 15h"},
+    {"set remind-interval 15\nat 1s close", 1, "15 what? write 15s, 15m or 15h"},
+    {"at 1s action id=1 deadline=+30", 1, "+30 what? write +30s, +30m or +30h"},
+    {"at 1s expect RemindTime within=2.5", 1, "2.5 what? write 2.5s, 2.5m or 2.5h"},
+    {"at 1s document\n| <ClientToUI>\n| <QuietModeEnd></QuietModeStart>\n| </ClientToUI>\nat 2s close", 3,
+     "the document is not well-formed XML: mismatched tag"},
+    {"at 1s document\n| <ClientToUI>\n|   <QuietModeEnd/>", 3, "the document is not well-formed XML: no element found"},
     {"and quiet-end", 1, "there is none yet"},
     {"at 1s mark a\nand quiet-end", 2, "only records"},
     {"at 1s quiet-end\nset use-locale true", 2, "before the first"},
@@ -67,16 +74,20 @@ TEST(Scenario, MalformedLinesNameFileLineAndReason) {
 TEST(Scenario, StepsJoinRecordsAndCarryDocumentsVerbatim) {
     const Scenario scenario = ParseScenario(
         "set remind-interval 15m  # a comment\n"
+        "set use-locale false\n"
         "locale de_DE.UTF-8\n"
         "at 0s quiet-start end=+8s\n"
         "and   action id=7 title=\"Two \\\"words\\\"\" deadline=+2.5s force restart\n"
         "at 1.5s document\n"
         "| <ClientToUI>\n"
         "|   <QuietModeEnd></QuietModeEnd>\n"
+        "|</ClientToUI>\n"
         "at 1.5s expect ActionTaken id=7 cancel=false within=500ms\n",
         "/nowhere/good.scenario");
     EXPECT_EQ(scenario.remindInterval, Milliseconds(900000));
     EXPECT_EQ(scenario.locale, "de_DE.UTF-8");
+    EXPECT_FALSE(scenario.useLocale);
+    EXPECT_TRUE(ParseScenario("at 0s close\n", "x").useLocale);
     ASSERT_EQ(scenario.steps.size(), 3u);
     ASSERT_EQ(scenario.steps[0].commands.size(), 2u);
     const ActionCommand& action = scenario.steps[0].commands[1].action;
@@ -84,7 +95,7 @@ TEST(Scenario, StepsJoinRecordsAndCarryDocumentsVerbatim) {
     EXPECT_EQ(action.deadline, Milliseconds(2500));
     EXPECT_TRUE(action.force && action.restart && !action.cancellable);
     EXPECT_EQ(scenario.steps[1].at, Milliseconds(1500));
-    EXPECT_EQ(scenario.steps[1].commands[0].text, "<ClientToUI>\n  <QuietModeEnd></QuietModeEnd>\n");
+    EXPECT_EQ(scenario.steps[1].commands[0].text, "<ClientToUI>\n  <QuietModeEnd></QuietModeEnd>\n</ClientToUI>\n");
     EXPECT_EQ(scenario.steps[2].commands[0].expect.within, Milliseconds(500));
     EXPECT_EQ(scenario.steps[2].commands[0].expect.cancel, false);
 }

@@ -101,7 +101,8 @@ class ExampleScenario : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(ExampleScenario, PlaysToItsEndWithoutError) {
     const Scenario scenario = LoadScenario(std::string(ZAM_SOURCE_DIR "/examples/") + GetParam() + ".scenario");
-    // Without its locale the program runs under "C", which cannot show the example's texts.
+    // The client refuses a locale that is not installed, and under "C" the program could
+    // not show the example's texts anyway.
     if (!scenario.locale.empty() && !LocaleInstalled(scenario.locale.c_str())) {
         GTEST_SKIP() << "locale " << scenario.locale << " is not installed";
     }
