@@ -1,6 +1,7 @@
 #include "app/Dispatch.h"
 
 #include <algorithm>
+#include <malloc.h>
 #include <memory>
 #include <vector>
 #include <utility>
@@ -270,6 +271,7 @@ void ProcessMessagesFromClient() {
     } else {
         readQ.ReadMessages(batch);
     }
+    if (batch.IsEmpty()) return;
     try {
         while (!batch.IsEmpty()) {
             const UIMessage message = batch.TakeFront();
@@ -285,6 +287,10 @@ void ProcessMessagesFromClient() {
         // One bad message costs the rest of its batch, nothing more; the
         // client is not told.
     }
+    // A document's element tree is gone by now, but the small blocks the
+    // records and the list took meanwhile lie among its freed ones and keep
+    // the heap from shrinking at its top: give back the whole free pages.
+    malloc_trim(0);
 }
 
 void ProcessMessagesFromUI() {
