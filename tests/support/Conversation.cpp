@@ -57,6 +57,8 @@ struct Expectations {
     std::set<EntryNumber> consented;             // confirmed by OK in the current take or take-all
     std::set<EntryNumber> covered;               // what the current take, cancel or take-all acts on
     bool takeAll = false;
+    bool answerDue = false;  // a take, cancel or take-all the program has not finished with
+    bool autoDeclined = false;  // the confirmation found its entry gone and declined itself
     int snoozesAsked = 0;                        // snooze presses with actions pending, since the last tick
 };
 
@@ -99,6 +101,7 @@ public:
         if (confirming != 0) return;
         const std::size_t position = FindEntry(entry);
         if (position == actions.size()) {
+            expected_.autoDeclined = true;
             QueueCommand(UICommand(UICommandType::ConfirmDeclined, id, 0, 0, entry));
             return;
         }
@@ -362,6 +365,7 @@ private:
         for (const Report& r : reports) line += " " + r.kind + (r.isCancel ? "(cancel " : "(") + std::to_string(r.id) + ")";
         Note(line);
         CheckReports(pending, reports);
+        CheckDone();
         expected_.snoozesAsked = 0;
     }
 
@@ -404,10 +408,12 @@ private:
             for (const ActionRequest& action : actions) expected_.covered.insert(action.entry);
             expected_.consented.clear();
             expected_.takeAll = true;
+            expected_.answerDue = true;
         } else if (button == ActionButton::Take || button == ActionButton::Cancel) {
             expected_.covered = {selected->entry};
             expected_.consented.clear();
             expected_.takeAll = false;
+            expected_.answerDue = true;
         }
         if (!command) return;
         Note("  -> command entry " + std::to_string(command->entry) + " id " + std::to_string(command->id));
@@ -428,6 +434,7 @@ private:
                             screen_.confirmTitle + "\": \"" + screen_.confirmMessage + "\", not its own texts"};
         }
         if (ok) expected_.consented.insert(entry);
+        expected_.answerDue = ok;
         screen_.confirming = 0;
         QueueCommand(UICommand(ok ? UICommandType::ConfirmAccepted : UICommandType::ConfirmDeclined,
                                screen_.confirmingId, 0, 0, entry));
@@ -451,6 +458,19 @@ private:
         if (!screen_.broken.empty()) throw Violation{screen_.broken};
         if (screen_.shown && screen_.enabled && screen_.Held()) {
             throw Violation{"the action dialog takes input under an open confirmation, details or quiet notice"};
+        }
+    }
+
+    // Once the program has handled a take, cancel or take-all and asks for no
+    // more confirmations, what it acted on is no longer pending.
+    void CheckDone() {
+        if (expected_.autoDeclined) expected_.answerDue = expected_.autoDeclined = false;
+        if (!expected_.answerDue || screen_.confirming != 0) return;
+        expected_.answerDue = false;
+        for (const ActionRequest& entry : actions) {
+            if (expected_.covered.count(entry.entry) != 0) {
+                throw Violation{"entry " + std::to_string(entry.entry) + " is still pending after the user took it"};
+            }
         }
     }
 
