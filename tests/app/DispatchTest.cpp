@@ -272,51 +272,7 @@ TEST_F(Commands, SingleCommands) {
     }
 }
 
-TEST_F(Commands, TakeAllWithoutConfirmationsReportsEveryAction) {
-    RemoveAction(2);
-    for (const Strings& sent : {Strings{Taken(1), Taken(3)}, Strings{}}) {  // the second time nothing is left
-        Run(T::TakeAll);
-        EXPECT_EQ(Sent(), sent);
-        EXPECT_TRUE(actions.empty());
-        EXPECT_EQ(Calls(), (Strings{kUpdate, kEnable}));
-    }
-}
-
-TEST_F(Commands, TakeAllStopsAtEachConfirmationAndReportsEverythingWhenAccepted) {
-    Handle(Action(4, "<PreActionMessage>Again</PreActionMessage>"));
-    Calls();
-    Run(T::TakeAll);
-    Run(T::ConfirmAccepted, 2);
-    EXPECT_TRUE(Sent().empty());
-    EXPECT_TRUE(takeAllPending);
-    EXPECT_EQ(Calls(), (Strings{"ShowConfirmationRequestDialog(2)", kDisable, "ShowConfirmationRequestDialog(4)", kDisable}));
-    Run(T::ConfirmAccepted, 4);
-    EXPECT_EQ(Sent(), (Strings{Taken(1), Taken(2), Taken(3), Taken(4)}));
-    EXPECT_TRUE(actions.empty());
-    EXPECT_FALSE(takeAllPending);
-    EXPECT_EQ(Calls(), (Strings{kUpdate, kEnable}));
-}
-
-TEST_F(Commands, TakeAllDeclinedSendsNothingAndEndsTheSequence) {
-    Run(T::TakeAll);
-    Run(T::ConfirmDeclined, 2);
-    EXPECT_TRUE(Sent().empty());
-    EXPECT_FALSE(takeAllPending);
-    Run(T::ConfirmAccepted, 2);  // answers nothing asked: takes nothing
-    Run(T::TakeAction, 2);
-    Run(T::ConfirmAccepted, 2);  // a single confirmation takes only its action
-    EXPECT_EQ(Sent(), (Strings{Taken(2)}));
-    EXPECT_EQ(Ids(), (IdList{1, 3}));
-}
-
-TEST_F(Commands, TakeAllSurvivesTheListShrinkingUnderIt) {
-    Run(T::TakeAll);
-    Handle("<RemoveRequest><RemoveType>Action</RemoveType><ID>1</ID></RemoveRequest>"
-           "<RemoveRequest><RemoveType>Action</RemoveType><ID>3</ID></RemoveRequest>");
-    Run(T::ConfirmAccepted, 2);  // the cursor now lies past the end
-    EXPECT_EQ(Sent(), (Strings{Taken(2)}));
-    EXPECT_FALSE(takeAllPending);
-}
+// Take-all's rules are held by the random conversations (ConversationTest).
 
 TEST_F(Commands, SnoozeSendsTheReminderTimeAndTheInterval) {
     // seconds: until the earliest deadline; minutes below 0 count back from it. The

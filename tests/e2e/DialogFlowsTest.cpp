@@ -24,43 +24,6 @@ bool Gone(LiveProgram& program, const std::string& title) {
     return program.WaitUntil([&] { return program.TopLevelWindows(title).empty(); });
 }
 
-// One run through the windows over the action dialog: the details open and
-// close; a take-one and a take-all confirmed take just theirs, a take-all
-// declined takes nothing; and after each the dialog takes clicks again.
-TEST(DialogFlows, DetailsThenConfirmationsTakeWhatWasConfirmedAndNothingElse) {
-    LiveProgram program;
-    const ActionDialogWindows dialog = program.StartWithActions(
-        {"action id=1 title=\"The first action\" preview=\"echo one\"",
-         "action id=2 title=\"The second action\" confirm=\"Sure?\"", "action id=3 title=Third confirm=Again?"});
-    program.ClickRow(dialog.list, 0);
-    program.Click(dialog.details);
-    const std::vector<Window> details = program.WaitForDialog("Action Script Preview");  // actiondetails, ok
-    ASSERT_EQ(details.size(), 2u);
-    program.Click(details[1]);
-    EXPECT_TRUE(Gone(program, "Action Script Preview"));
-    const struct {
-        int row;  // -1: take all
-        bool accept;
-        std::vector<unsigned long long> taken;
-    } steps[] = {{1, true, {2}}, {-1, false, {}}, {-1, true, {1, 3}}};
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.row);
-        if (step.row >= 0) program.ClickRow(dialog.list, step.row);
-        program.Click(step.row < 0 ? dialog.takeAll : dialog.take);
-        // actiontitle, staticlabel, actionconfirmation, cancel, ok
-        const std::vector<Window> confirmation = program.WaitForDialog("Confirmation Required");
-        ASSERT_EQ(confirmation.size(), 5u);
-        program.Click(confirmation[step.accept ? 4 : 3]);
-        EXPECT_TRUE(Gone(program, "Confirmation Required"));
-        for (const unsigned long long id : step.taken) {
-            const std::optional<Report> taken = program.WaitFor("ActionTaken", id);
-            EXPECT_TRUE(taken && !taken->cancel) << id;
-        }
-        EXPECT_EQ(Texts(program.ThreeTicks()), "");
-    }
-    EXPECT_EQ(program.CloseAndWait(), 0);
-}
-
 // Messages expire, are withdrawn or stay; then a quiet period comes over the
 // action dialog, which brings the forced action first: the notice disables the
 // dialog until its "OK" or the period's end, and the action is taken once
@@ -174,9 +137,8 @@ TEST(DialogFlows, ADialogThatCannotBeBuiltIsReportedTwiceAndEndsTheProgramWith0)
     }
 }
 
-// An action title the "C" locale cannot show, "UseLocale" off: the action
-// dialog that would list it is never shown half-built, the client is told,
-// and the program ends with 0.
+// An accented title with UseLocale false: the program cannot show it in the
+// "C" locale, tells the client which dialog (twice) and ends with 0.
 TEST(DialogFlows, AnActionTitleTheLocaleCannotShowIsReportedAndEndsTheProgramWith0) {
     Scenario plain;
     plain.useLocale = false;

@@ -121,11 +121,6 @@ TEST(FiFoQueue, EmptyThrowsAndSpliceKeepsOrder) {
     EXPECT_EQ(b.Front(), 3);
 }
 
-TEST(FiFoQueue, LongQueueIsDestroyedWithoutDeepRecursion) {
-    FiFoQueue<int> queue;
-    for (int i = 0; i < 1000000; ++i) queue.Append(i);
-}
-
 TEST(UIMessageQueue, AttachedDoorbellRingsOnEachMessage) {
     UIMessageQueue queue;
     auto bell = std::make_shared<Doorbell>();
