@@ -13,6 +13,7 @@
 #include "app/Settings.h"
 #include "base/time/TimeObject.h"
 #include "base/xml/SimpleXML.h"
+#include "base/xml/XMLArena.h"
 #include "base/xml/XMLElement.h"
 #include "pipe/FiFoQueue.h"
 #include "protocol/ActionRequest.h"
@@ -110,7 +111,10 @@ enum class DocumentOutcome { Handled, HoldBackRest };
 // Handles one document's messages in order. An applied InitializationInfo
 // ends the document there: what follows it in the same document is dropped.
 DocumentOutcome HandleDocument(const UIMessage& message) {
-    const std::unique_ptr<XMLElement> root = SimpleXML::Parse(message.text.Ref());
+    // The tree lives in an arena of its own, so the records decoded from it
+    // meanwhile do not keep its pages in the heap after it goes.
+    XMLArena arena;
+    const std::unique_ptr<XMLElement> root = SimpleXML::Parse(message.text.Ref(), arena.Resource());
     if (!root) throw NoRootElement();
     for (const XMLElement& child : root->Children()) {
         const UStringRef<UTF8> name = child.Name().Ref();

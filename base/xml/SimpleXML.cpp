@@ -25,8 +25,8 @@ void SAXParser::DoCharacters(std::string_view text) {
     receiver_.Characters(UStringRef<UTF8>(text));
 }
 
-std::unique_ptr<XMLElement> Parse(UStringRef<UTF8> text) {
-    XMLTreeParser tree;
+std::unique_ptr<XMLElement> Parse(UStringRef<UTF8> text, std::pmr::memory_resource* resource) {
+    XMLTreeParser tree(resource);
     SAXParser sax(tree);
     SimpleXMLParserPL machine(sax);
     const char* bytes = text.Data();

@@ -5,6 +5,7 @@
 // which XMLTreeParser implements by building XMLElements.
 
 #include <memory>
+#include <memory_resource>
 
 #include "base/unicode/UString.h"
 #include "base/xml/SimpleXMLParserPL.h"
@@ -37,7 +38,9 @@ private:
     XMLElement::AttributeMap attributes_;
 };
 
-// Parses a whole document. Null when it yields no root element.
-std::unique_ptr<XMLElement> Parse(UStringRef<UTF8> text);
+// Parses a whole document. Null when it yields no root element. The tree's
+// children and texts come from the resource, which must outlive it.
+std::unique_ptr<XMLElement> Parse(UStringRef<UTF8> text,
+                                  std::pmr::memory_resource* resource = std::pmr::get_default_resource());
 
 }  // namespace SimpleXML

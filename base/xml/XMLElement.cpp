@@ -1,5 +1,6 @@
 #include "base/xml/XMLElement.h"
 
+#include <iterator>
 #include <utility>
 
 XMLElement::XMLElement(UStringRef<UTF8> name, const AttributeMap& attributes)
@@ -11,13 +12,21 @@ XMLElement::XMLElement(const char* name, const AttributeMap& attributes)
 XMLElement::XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes)
     : name_(std::move(name)), attributes_(attributes) {}
 
+XMLElement::XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes,
+                       std::pmr::memory_resource* resource)
+    : name_(std::move(name)), attributes_(attributes), children_(resource), text_(resource) {}
+
 XMLElement::~XMLElement() {
     if (children_.empty()) {
         return;
     }
     // Descendants move onto one flat list, so each element is destroyed
-    // with no children left and the stack never grows with the depth.
-    std::vector<XMLElement> pending = std::move(children_);
+    // with no children left and the stack never grows with the depth. The
+    // list is the heap's for a moment: in an arena its growth would stay
+    // until the arena goes.
+    std::vector<XMLElement> pending(std::make_move_iterator(children_.begin()),
+                                    std::make_move_iterator(children_.end()));
+    children_.clear();
     while (!pending.empty()) {
         XMLElement last = std::move(pending.back());
         pending.pop_back();

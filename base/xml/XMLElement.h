@@ -1,6 +1,8 @@
 #pragma once
 
 #include <map>
+#include <memory_resource>
+#include <string>
 #include <vector>
 
 #include "base/Exceptions.h"
@@ -14,7 +16,9 @@ class FormatError : public DebuggableException {};
 // One parsed element: its name, its attributes, its child elements in
 // document order, and all character data directly inside it, concatenated
 // and untrimmed (so the line breaks and tabs between children are kept).
-// A value type: copies are deep.
+// A value type: copies are deep, and made in the heap. The children and the
+// text come from the memory resource the element was made with (a document's
+// arena, see XMLArena), and a moved element keeps it.
 class XMLElement {
 public:
     using AttributeMap = std::map<SharedUString<UTF8>, SharedUString<UTF8>>;
@@ -32,10 +36,11 @@ public:
     // Shares the name's buffer, so a reader can give every element of the same
     // name one copy of it.
     XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes);
+    XMLElement(SharedUString<UTF8> name, const AttributeMap& attributes, std::pmr::memory_resource* resource);
 
     const SharedUString<UTF8>& Name() const noexcept { return name_; }
     const AttributeMap& Attributes() const noexcept { return attributes_; }
-    const std::vector<XMLElement>& Children() const noexcept { return children_; }
+    const std::pmr::vector<XMLElement>& Children() const noexcept { return children_; }
 
     // The first child with this name, compared byte for byte.
     const XMLElement& GetChildElement(UStringRef<UTF8> name) const;
@@ -59,6 +64,6 @@ public:
 private:
     SharedUString<UTF8> name_;
     AttributeMap attributes_;
-    std::vector<XMLElement> children_;
-    std::string text_;
+    std::pmr::vector<XMLElement> children_;
+    std::pmr::string text_;
 };

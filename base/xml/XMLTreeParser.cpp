@@ -18,10 +18,10 @@ SharedUString<UTF8> XMLTreeParser::Intern(UStringRef<UTF8> name) {
 void XMLTreeParser::StartElement(UStringRef<UTF8> name, const XMLElement::AttributeMap& attributes) {
     if (open_.empty()) {
         // A second top-level element replaces the first as the root.
-        root_ = std::make_unique<XMLElement>(Intern(name), attributes);
+        root_ = std::make_unique<XMLElement>(Intern(name), attributes, resource_);
         open_.push_back(root_.get());
     } else {
-        open_.push_back(&open_.back()->AddChildElement(XMLElement(Intern(name), attributes)));
+        open_.push_back(&open_.back()->AddChildElement(XMLElement(Intern(name), attributes, resource_)));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 #include "base/xml/SimpleXML.h"
@@ -9,6 +10,11 @@
 // Builds the element tree from a receiver's reports.
 class XMLTreeParser : public XMLReceiver {
 public:
+    // The elements' children and texts come from the resource, which must
+    // outlive the tree; the root itself is the heap's.
+    explicit XMLTreeParser(std::pmr::memory_resource* resource = std::pmr::get_default_resource())
+        : resource_(resource) {}
+
     void StartElement(UStringRef<UTF8> name, const XMLElement::AttributeMap& attributes) override;
     void EndElement() override;
     void Characters(UStringRef<UTF8> text) override;
@@ -23,6 +29,7 @@ private:
     // times over, so its elements share one buffer per name instead of
     // allocating one each.
     std::array<SharedUString<UTF8>, 64> names_;
+    std::pmr::memory_resource* resource_;
     std::unique_ptr<XMLElement> root_;
     // The path from the root to the innermost open element. Only the last
     // one gains children, so none of these pointers is ever invalidated.

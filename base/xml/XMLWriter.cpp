@@ -114,7 +114,7 @@ void XMLWriter::WriteXMLElement(const XMLElement& element) {
     };
     open(element);
     while (!pending.empty()) {
-        const std::vector<XMLElement>& children = pending.back().element->Children();
+        const std::pmr::vector<XMLElement>& children = pending.back().element->Children();
         std::size_t& next = pending.back().nextChild;
         if (next < children.size()) {
             open(children[next++]);
