@@ -58,8 +58,8 @@ if compgen -G "$work/sanitizer*" >/dev/null; then
   status=1
 fi
 if [ "$status" -ne 0 ]; then
-  echo "--- the end of the conversation"
-  tail -n 30 "$work/transcript.log" 2>/dev/null || true
+  echo "--- the conversation before each failure, or its end"
+  grep -B 25 '^FAIL' "$work/transcript.log" 2>/dev/null || tail -n 30 "$work/transcript.log" 2>/dev/null || true
   echo "--- the program's standard error"
   tail -n 30 "$work/stderr.log" || true
 fi

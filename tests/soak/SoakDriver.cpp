@@ -187,6 +187,7 @@ private:
     void Fail(const std::string& what) {
         std::printf("FAIL at %.1f s: %s\n", Since(Clock::now()), what.c_str());
         std::fflush(stdout);
+        transcript_ << "FAIL " << what << std::endl;
         ++failures_;
     }
     // Pending, or withdrawn so recently that the removal may cross a take.
@@ -243,14 +244,14 @@ private:
             std::stable_partition(same.begin(), same.end(), [&](std::size_t i) { return entries_[i].NeedsConsent(); });
             if ((type == "Action" || type == "All") && !same.empty()) entries_[same[0]].removed = Clock::now();
             ++counts_.removals;
-        } else if (roll < 92) {
+        } else if (roll < 94) {
             command.kind = Command::Kind::Message;
             command.message = {static_cast<unsigned long long>(1 + Pick(8)), "Notice", "A message of the soak.", {},
                                Chance(20)};
             if (Chance(50)) command.message.timeout = milliseconds(Pick(20000));
             ++counts_.messages;
         } else {
-            command.kind = roll < 96 ? Command::Kind::QuietStart : Command::Kind::QuietEnd;
+            command.kind = roll < 97 ? Command::Kind::QuietStart : Command::Kind::QuietEnd;
             command.quietStart.end = milliseconds(5000 + Pick(40000));
             ++counts_.quiet;
         }
@@ -414,8 +415,13 @@ private:
         if (chosen == candidates.end()) {
             chosen = candidates.begin();
             const Entry& e = entries_[*chosen];
+            std::string shown;
+            for (const Confirmation& c : confirmations_) {
+                for (const std::size_t i : c.entries) shown += c.at > e.sent ? " \"" + entries_[i].title + '"' : "";
+            }
             Fail("consent: " + report.text + " (\"" + e.title + "\", with a message, sent at " +
-                 std::to_string(Since(e.sent)) + " s) with no confirmation mapped for it since");
+                 std::to_string(Since(e.sent)) + " s) with no confirmation mapped for it since; mapped since for:" +
+                 (shown.empty() ? " none" : shown));
         }
         entries_[*chosen].reported = true;
         ++(report.cancel ? counts_.cancelled : entries_[*chosen].forced ? counts_.forced : counts_.taken);
