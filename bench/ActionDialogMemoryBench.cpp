@@ -16,10 +16,7 @@
 // --breakdown also lists where the private memory lies, mapping by mapping
 // (ours, and xmessage's in its first run).
 
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,6 +30,7 @@
 #include <vector>
 
 #include "bench/BenchXvfb.h"
+#include "bench/ProcessMemory.h"
 #include "bench/ClientDocument.h"
 #include "client/BaseDirectory.h"
 #include "client/UIProcess.h"
@@ -119,62 +117,12 @@ std::string Breakdown(const std::string& pid) {
     return text;
 }
 
-// The files a desktop's other programs map too: every file the process maps
-// but its own executable (the shared libraries, the locale's data).
-std::vector<std::string> SharedFiles(const std::string& pid) {
-    char self[4096];
-    const ssize_t length = readlink(("/proc/" + pid + "/exe").c_str(), self, sizeof self - 1);
-    const std::string executable(self, length > 0 ? static_cast<std::size_t>(length) : 0);
-    std::vector<std::string> files;
-    std::ifstream maps("/proc/" + pid + "/maps");
-    for (std::string line; std::getline(maps, line);) {
-        const std::size_t path = line.find('/');
-        if (path == std::string::npos || line.compare(path, std::string::npos, executable) == 0) continue;
-        if (std::find(files.begin(), files.end(), line.substr(path)) == files.end()) files.push_back(line.substr(path));
-    }
-    return files;
-}
-
-// Holds every page of `files` mapped in this process while alive, as the
-// other programs of a desktop hold the libraries: a page of them counts as
-// shared in the measured process whatever else runs on the machine.
-class Neighbour {
-public:
-    explicit Neighbour(const std::vector<std::string>& files) {
-        const long page = sysconf(_SC_PAGESIZE);
-        for (const std::string& file : files) {
-            const int fd = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-            struct stat status {};
-            if (fd < 0 || fstat(fd, &status) != 0 || status.st_size == 0) {
-                if (fd >= 0) close(fd);
-                continue;
-            }
-            void* start = mmap(nullptr, static_cast<std::size_t>(status.st_size), PROT_READ, MAP_SHARED, fd, 0);
-            close(fd);
-            if (start == MAP_FAILED) continue;
-            mappings_.push_back({start, static_cast<std::size_t>(status.st_size)});
-            const volatile char* bytes = static_cast<const char*>(start);
-            for (off_t at = 0; at < status.st_size; at += page) (void)bytes[at];
-        }
-    }
-    ~Neighbour() {
-        for (const auto& [start, size] : mappings_) munmap(start, size);
-    }
-    Neighbour(const Neighbour&) = delete;
-    Neighbour& operator=(const Neighbour&) = delete;
-
-private:
-    std::vector<std::pair<void*, std::size_t>> mappings_;
-};
-
 Reading Read(pid_t pid, bool breakdown) {
     std::this_thread::sleep_for(kSettle);
     const std::string id = std::to_string(pid);
     const Neighbour neighbour(SharedFiles(id));
-    const long clean = ProcKiB(id, "smaps_rollup", "Private_Clean");
-    const long dirty = ProcKiB(id, "smaps_rollup", "Private_Dirty");
-    return {clean < 0 || dirty < 0 ? -1 : clean + dirty, ProcKiB(id, "smaps_rollup", "Pss"),
-            ProcKiB(id, "status", "VmHWM"), breakdown ? Breakdown(id) : ""};
+    return {PrivateKiB(id), ProcKiB(id, "smaps_rollup", "Pss"), ProcKiB(id, "status", "VmHWM"),
+            breakdown ? Breakdown(id) : ""};
 }
 
 Reading Xmessage(const BenchXvfb& server, const char* xmessage, const std::string& lang, bool breakdown) {

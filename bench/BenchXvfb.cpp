@@ -58,11 +58,3 @@ bool OpenProgramDisplay() {
     return true;
 }
 
-long ProcKiB(const std::string& pid, const char* file, const char* field) {
-    std::ifstream status("/proc/" + pid + "/" + file);
-    const std::string prefix = std::string(field) + ":";
-    for (std::string line; std::getline(status, line);) {
-        if (line.rfind(prefix, 0) == 0) return std::stol(line.substr(prefix.size()));
-    }
-    return -1;
-}

@@ -44,6 +44,3 @@ Window NextMap(Display* observer);
 // display) with the default font set, as the program does at start-up.
 bool OpenProgramDisplay();
 
-// A field given in kB by /proc/<pid>/<file> ("self" for this process), such
-// as "VmHWM" of "status"; -1 when it cannot be read.
-long ProcKiB(const std::string& pid, const char* file, const char* field);

@@ -24,6 +24,7 @@
 #include "app/Settings.h"
 #include "base/time/TimeObject.h"
 #include "bench/BenchXvfb.h"
+#include "bench/ProcessMemory.h"
 #include "ui/ActionRequestDialog.h"
 #include "ui/XGlobals.h"
 

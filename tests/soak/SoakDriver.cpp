@@ -8,10 +8,11 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <fstream>
+#include <cstdio>
 #include <random>
 
+#include "bench/ProcessMemory.h"
 #include "client/OpenDialogRequest.h"
 #include "client/Session.h"
 #include "tests/support/ChildProcess.h"
@@ -78,16 +79,6 @@ std::vector<Window> Viewable(Display* x, Window window) {
     return found;
 }
 
-long PrivateKiB(pid_t pid) {
-    std::ifstream rollup("/proc/" + std::to_string(pid) + "/smaps_rollup");
-    long total = 0;
-    for (std::string line; std::getline(rollup, line);) {
-        if (line.rfind("Private_Clean:", 0) == 0 || line.rfind("Private_Dirty:", 0) == 0) {
-            total += std::atol(line.c_str() + line.find(':') + 1);
-        }
-    }
-    return total;
-}
 
 // One ActionRequest the soak sent, and what became of it.
 struct Entry {
@@ -467,7 +458,7 @@ private:
         const double latency = std::chrono::duration<double>(Clock::now() - sent).count();
         if (awaited_) Fail("liveness: no ActionTaken id=" + std::to_string(*awaited_) + " within 3 s");
         Pump(Clock::now() + milliseconds(1500));
-        const long kib = PrivateKiB(session_->Process().Pid());
+        const long kib = PrivateKiBOnADesktop(session_->Process().Pid());
         const Counts& c = counts_;
         std::printf("minute %d: %d documents (%d actions, %d removals, %d messages, %d quiet), %d clicks, %d keys, "
                     "%d opens; reported %d taken, %d cancelled, %d forced, %d snoozes; %d confirmations (%d by "
