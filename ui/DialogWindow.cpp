@@ -59,7 +59,8 @@ int DefaultDistance(Widget form) {
 
 void DialogWindow::Create(ControlString title) {
     Destroy();
-    Arg args[] = {MakeArg(XtNtitle, Keep(LabelText(std::move(title)))), MakeArg(XtNmappedWhenManaged, False)};
+    Arg args[] = {MakeArg(XtNtitle, Keep(LabelText(std::move(title)))), MakeArg(XtNmappedWhenManaged, False),
+                 MakeArg(kOpenInputMethod, False)};
     generation_ = currentGeneration;
     shell_ = XtAppCreateShell(nullptr, nullptr, applicationShellWidgetClass, display, args, XtNumber(args));
     XtAddCallback(shell_, XtNdestroyCallback, Destroyed, this);

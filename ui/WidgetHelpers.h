@@ -20,6 +20,12 @@ constexpr char kTextWheelTranslations[] =
     "<Btn4Down>: scroll-one-line-down() scroll-one-line-down() scroll-one-line-down()\n"
     "<Btn5Down>: scroll-one-line-up() scroll-one-line-up() scroll-one-line-up()\n";
 
+// The shell resource that says whether the dialog's text areas open an input
+// method. Every text area is read-only, so there is nothing to compose, and
+// an input method costs each dialog the locale's compose table (tens of KiB).
+// Keys still arrive as plain key events.
+constexpr char kOpenInputMethod[] = "openIm";
+
 // The origin that centres a widget of the given size on a screen of the given
 // size (halved toward zero), never left of or above the screen's corner: a
 // widget larger than the screen starts at 0, so its top and left, where the
