@@ -417,7 +417,8 @@ void Build() {
     dialog.snoozeItems = ListItems();
     Widgets& w = dialog.w;
     Arg shellArgs[] = {{const_cast<String>(XtNtitle), Value(title.get())},
-                       {const_cast<String>(XtNmappedWhenManaged), False}};
+                       {const_cast<String>(XtNmappedWhenManaged), False},
+                       {const_cast<String>(kOpenInputMethod), False}};
     w.shell = XtAppCreateShell(nullptr, nullptr, applicationShellWidgetClass, display, shellArgs, XtNumber(shellArgs));
     dialog.texts[{w.shell, XtNtitle}] = std::move(title);
     w.form = Make("form", formWidgetClass, w.shell, {});
