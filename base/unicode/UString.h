@@ -12,6 +12,7 @@
 //   CopiedUString<UTF8>  owned copy of text that came from elsewhere
 //   SharedUString<UTF8>  owned, immutable text; copies share one buffer
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -94,17 +95,52 @@ public:
     friend bool operator<(const CopiedUString& a, const CopiedUString& b) noexcept { return a.View() < b.View(); }
 };
 
+namespace unicode_detail {
+
+// The text of a SharedUString and the count of strings sharing it, in one
+// allocation: a store of pending actions holds hundreds of texts, and a
+// separate counter and string header would cost more than most of the texts
+// themselves. The text is NUL-terminated.
+class SharedText {
+public:
+    static SharedText* Make(std::string_view text);
+    // Another string shares the text.
+    void Share() noexcept { owners_.fetch_add(1, std::memory_order_relaxed); }
+    // A string lets go of the text; the last one frees it.
+    void Release() noexcept;
+    std::string_view View() const noexcept { return {Chars(), size_}; }
+
+private:
+    explicit SharedText(std::size_t size) noexcept : size_(size) {}
+    const char* Chars() const noexcept { return reinterpret_cast<const char*>(this + 1); }
+
+    std::atomic<std::size_t> owners_{1};
+    std::size_t size_;
+};
+
+}  // namespace unicode_detail
+
 template <>
 class SharedUString<UTF8> {
 public:
     SharedUString() = default;
     SharedUString(UStringRef<UTF8> text)
-        : text_(text.Empty() ? nullptr : std::make_shared<const std::string>(text.View())) {}
+        : text_(text.Empty() ? nullptr : unicode_detail::SharedText::Make(text.View())) {}
     SharedUString(const char* nulTerminated) : SharedUString(UStringRef<UTF8>(nulTerminated)) {}
-    explicit SharedUString(std::string text)
-        : text_(text.empty() ? nullptr : std::make_shared<const std::string>(std::move(text))) {}
+    explicit SharedUString(const std::string& text) : SharedUString(UStringRef<UTF8>(text)) {}
+    SharedUString(const SharedUString& other) noexcept : text_(other.text_) {
+        if (text_) text_->Share();
+    }
+    SharedUString(SharedUString&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+    SharedUString& operator=(SharedUString other) noexcept {
+        std::swap(text_, other.text_);
+        return *this;
+    }
+    ~SharedUString() {
+        if (text_) text_->Release();
+    }
 
-    std::string_view View() const noexcept { return text_ ? std::string_view(*text_) : std::string_view(); }
+    std::string_view View() const noexcept { return text_ ? text_->View() : std::string_view(); }
     UStringRef<UTF8> Ref() const noexcept { return UStringRef<UTF8>(View()); }
     operator UStringRef<UTF8>() const noexcept { return Ref(); }
     const char* Data() const noexcept { return View().data(); }
@@ -118,5 +154,5 @@ public:
 
 private:
     // Null for the empty text, so default-constructed strings cost nothing.
-    std::shared_ptr<const std::string> text_;
+    unicode_detail::SharedText* text_ = nullptr;
 };
