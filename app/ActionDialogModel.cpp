@@ -33,7 +33,7 @@ void ActionDialogModel::Open(TimeInterval remindInterval, bool snoozable) {
     snoozeSelected_ = -1;
 }
 
-void ActionDialogModel::Rebuild(const std::vector<ActionRequest>& pending, Instant now) {
+ActionRequestStore ActionDialogModel::Rebuild(const std::vector<ActionRequest>& pending, Instant now) {
     ActionRequestStore store;
     store.UpdateActions(pending);
     std::vector<ActionRow> rows;
@@ -44,15 +44,18 @@ void ActionDialogModel::Rebuild(const std::vector<ActionRequest>& pending, Insta
                                      [this](const ActionRow& row) { return row.entry == selectedEntry_; });
     selectedRow_ = selectedEntry_ != 0 && chosen != rows.end() ? static_cast<int>(chosen - rows.begin()) : -1;
     if (selectedRow_ < 0) selectedEntry_ = 0;
-    store_ = std::move(store);
+    selected_.reset();
+    if (selectedRow_ >= 0) selected_ = store.GetAction(chosen->id);
     rows_ = std::move(rows);
+    pending_ = &pending;
+    nothingPending_ = store.Empty();
 
     newestEntry_ = 0;
     for (const ActionRequest& action : pending) newestEntry_ = std::max(newestEntry_, action.entry);
     hasDeadline_ = false;
     earliestDeadline_ = kNoDeadline;
     detailsAvailable_ = false;
-    for (const auto& entry : store_.Actions()) {
+    for (const auto& entry : store.Actions()) {
         const ActionRequest& action = entry.second;
         if (const NullOr<Instant> deadline = action.Deadline()) {
             hasDeadline_ = true;
@@ -61,7 +64,8 @@ void ActionDialogModel::Rebuild(const std::vector<ActionRequest>& pending, Insta
         if (action.preview) detailsAvailable_ = true;
     }
     snoozeAllowed_ = snoozable_ && !SomeDeadlineIsNear(pending, now);
-    if (!store_.Empty()) RebuildSnoozeList();
+    if (!nothingPending_) RebuildSnoozeList();
+    return store;
 }
 
 void ActionDialogModel::RebuildSnoozeList() {
@@ -80,8 +84,21 @@ void ActionDialogModel::RebuildSnoozeList() {
 
 void ActionDialogModel::SelectRow(int row) {
     const bool ours = row >= 0 && row < static_cast<int>(rows_.size());
-    selectedRow_ = ours ? row : -1;
-    selectedEntry_ = ours ? rows_[static_cast<std::size_t>(row)].entry : 0;
+    selectedRow_ = -1;
+    selectedEntry_ = 0;
+    selected_.reset();
+    if (!ours) return;
+    // The row's entry as the list shows it; an entry withdrawn since the list
+    // was drawn (its refresh still owed) is no longer there to be chosen.
+    const EntryNumber entry = rows_[static_cast<std::size_t>(row)].entry;
+    const auto listed = std::find_if(pending_->begin(), pending_->end(),
+                                     [entry](const ActionRequest& action) { return action.entry == entry; });
+    if (listed == pending_->end()) return;
+    ActionRequestStore one;
+    one.UpdateActions({*listed});
+    selected_ = one.GetAction(listed->id);
+    selectedRow_ = row;
+    selectedEntry_ = entry;
 }
 
 void ActionDialogModel::ChooseSnooze(int index) {
@@ -90,10 +107,7 @@ void ActionDialogModel::ChooseSnooze(int index) {
     chosenSnoozeMinutes_ = snoozeEntries_[static_cast<std::size_t>(index)].minutes;
 }
 
-const ActionRequest* ActionDialogModel::Selected() const {
-    if (selectedRow_ < 0) return nullptr;
-    return &store_.GetAction(rows_[static_cast<std::size_t>(selectedRow_)].id);
-}
+const ActionRequest* ActionDialogModel::Selected() const { return selected_ ? &*selected_ : nullptr; }
 
 bool ActionDialogModel::IsSensitive(ActionButton button) const {
     const ActionRequest* selected = Selected();

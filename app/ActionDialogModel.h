@@ -36,10 +36,15 @@ public:
 
     // Lists the pending entries as they stand at `now`: rows in ascending ID
     // order from a fresh store, the working flags, the snooze entries. The
-    // chosen action stays chosen if it is still listed, else none is.
-    void Rebuild(const std::vector<ActionRequest>& pending, Instant now);
+    // chosen action stays chosen if it is still listed, else none is. The
+    // store is handed back for drawing the rows and not kept: a copy of every
+    // pending action for as long as the dialog shows would cost more than the
+    // rest of the model. `pending` must outlive the model (it is the pending
+    // list) and is read again when a row is chosen.
+    ActionRequestStore Rebuild(const std::vector<ActionRequest>& pending, Instant now);
 
-    // Chooses the action on `row`; a row that is not one of ours chooses none.
+    // Chooses the action on `row`; a row that is not one of ours, or whose
+    // entry has left the pending list since the last rebuild, chooses none.
     void SelectRow(int row);
     // Chooses the snooze entry at `index`; it stays chosen through refreshes
     // for as long as it is offered.
@@ -52,7 +57,6 @@ public:
     // deadline, and as "Close" (nothing pending) queues nothing.
     std::optional<UICommand> CommandFor(ActionButton button, Instant now) const;
 
-    const ActionRequestStore& Store() const noexcept { return store_; }
     const std::vector<ActionRow>& Rows() const noexcept { return rows_; }
     // The chosen action's row, or -1.
     int SelectedRow() const noexcept { return selectedRow_; }
@@ -60,7 +64,7 @@ public:
     const ActionRequest* Selected() const;
 
     // Nothing is pending: the snooze button reads "Close" and only hides.
-    bool NothingPending() const noexcept { return store_.Empty(); }
+    bool NothingPending() const noexcept { return nothingPending_; }
     bool IsSensitive(ActionButton button) const;
     // Some pending action carries a script preview: the details button shows.
     bool DetailsAvailable() const noexcept { return detailsAvailable_; }
@@ -76,8 +80,11 @@ public:
 private:
     void RebuildSnoozeList();
 
-    ActionRequestStore store_;
+    const std::vector<ActionRequest>* pending_ = nullptr;
+    bool nothingPending_ = true;
     std::vector<ActionRow> rows_;
+    // The chosen action as listed (its deadline as the store moved it).
+    std::optional<ActionRequest> selected_;
     EntryNumber selectedEntry_ = 0;
     int selectedRow_ = -1;
     EntryNumber newestEntry_ = 0;

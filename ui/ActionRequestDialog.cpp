@@ -210,8 +210,7 @@ void HighlightSelection() {
 // The rows come from a fresh store: ascending IDs, one row per ID (its latest
 // entry), deadlines as the store moved them. Untitled actions are not listed.
 void RebuildActionList() {
-    dialog.model.Rebuild(actions, Instant::Now());
-    const ActionRequestStore& store = dialog.model.Store();
+    const ActionRequestStore store = dialog.model.Rebuild(actions, Instant::Now());
     ListItems items;
     for (const ActionRow& row : dialog.model.Rows()) items.Add(RowText(store.GetAction(row.id)));
     XtUnmanageChild(dialog.w.list);
@@ -265,10 +264,12 @@ void RefreshTextsAndButtons() {
         SetLabel(w.take, ControlLiteral("Take Actions"));
         SetLabel(w.cancel, ControlLiteral("Cancel Actions"));
         SetLabel(w.title, StatusText(dialog.actionItems.Count()));
+        ActionRequestStore store;
+        store.UpdateActions(actions);
         std::set<unsigned long long> all;
-        for (const auto& entry : model.Store().Actions()) all.insert(entry.first);
+        for (const auto& entry : store.Actions()) all.insert(entry.first);
         SetText(w.description, XtNstring,
-                ControlLiteral(UnixPlatform::MakeLocalNullTerminated(ActionSummary(all, model.Store(), true))));
+                ControlLiteral(UnixPlatform::MakeLocalNullTerminated(ActionSummary(all, store, true))));
     } else {
         SetLabel(w.take, ControlLiteral("Take Action"));
         SetLabel(w.cancel, ControlLiteral("Cancel Action"));

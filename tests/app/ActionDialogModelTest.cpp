@@ -78,6 +78,14 @@ TEST_F(Model, TheChoiceFollowsItsActionAndNothingElseBecomesChosen) {
     actions.pop_back();
     Rebuild();
     EXPECT_EQ(Chosen(), "");
+    // A row still drawn whose entry was withdrawn before the list was redrawn.
+    Open({Action(1, "Alpha"), Action(2, "Bravo")});
+    actions.erase(actions.begin());
+    model.SelectRow(0);
+    EXPECT_EQ(Chosen(), "");
+    EXPECT_EQ(model.SelectedRow(), -1);
+    model.SelectRow(1);
+    EXPECT_EQ(Chosen(), "Bravo");
 }
 
 TEST_F(Model, PressesActOnTheChosenEntryAndTakeAllOnWhatWasShown) {
