@@ -1,7 +1,6 @@
 // Every dialog at scale 1 (the shipped app-defaults file) and 2 (its -hidpi
 // customization): labels as wide as their texts, text boxes holding their lines.
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -31,8 +30,7 @@ namespace {
 
 ::testing::Environment* const xvfb = AddXvfbEnvironment();
 
-// Each box whose content is text: its lines, and its pixel width (0: not the
-// program's) and height at scale 1. The action dialog's title line is 500 wide.
+// The boxes whose content is text: lines shown, pixel width (0: not the program's) and height at scale 1.
 const struct {
     std::string name;
     int lines, width, height;
@@ -46,34 +44,32 @@ T Get(Widget widget, const char* resource) {
     return value;
 }
 
-// A list's rows are as tall as the font's tallest glyph and its spacing; a
-// text's lines as its ascent and descent and one pixel.
+// A list's row is as tall as its font's tallest glyph and its spacing, a text's
+// line as its font's ascent and descent and one pixel.
 int HeightOfLines(Widget box, int lines) {
-    if (XtIsSubclass(box, viewportWidgetClass)) {
-        const Widget list = Get<WidgetList>(box, XtNchildren)[Get<Cardinal>(box, XtNnumChildren) - 1];
-        const XCharStruct& tallest = Get<XFontStruct*>(list, XtNfont)->max_bounds;
-        return lines * (tallest.ascent + tallest.descent + Get<Dimension>(list, XtNrowSpacing)) +
-               2 * Get<Dimension>(list, XtNinternalHeight);
+    if (!XtIsSubclass(box, viewportWidgetClass)) {
+        const XFontStruct* font = Get<XFontStruct*>(Get<Widget>(box, XtNtextSink), XtNfont);
+        return lines * (font->ascent + font->descent + 1) + Get<Position>(box, XtNtopMargin) +
+               Get<Position>(box, XtNbottomMargin);
     }
-    const XFontStruct* font = Get<XFontStruct*>(Get<Widget>(box, XtNtextSink), XtNfont);
-    return lines * (font->ascent + font->descent + 1) + Get<Position>(box, XtNtopMargin) +
-           Get<Position>(box, XtNbottomMargin);
+    const Widget list = Get<WidgetList>(box, XtNchildren)[Get<Cardinal>(box, XtNnumChildren) - 1];
+    const XCharStruct& tallest = Get<XFontStruct*>(list, XtNfont)->max_bounds;
+    return lines * (tallest.ascent + tallest.descent + Get<Dimension>(list, XtNrowSpacing)) +
+           2 * Get<Dimension>(list, XtNinternalHeight);
 }
 
 void CheckSizes(Widget form, double scale) {
-    const bool actionDialog = XtNameToWidget(form, "actiondesc") != nullptr;
-    EXPECT_EQ(Get<int>(form, XtNdefaultDistance), 8 * scale);  // the room the -hidpi file doubles
+    EXPECT_EQ(Get<int>(form, XtNdefaultDistance), 8 * scale);  // the -hidpi file doubles the room
     for (Cardinal i = 0; i < Get<Cardinal>(form, XtNnumChildren); ++i) {
         const Widget child = Get<WidgetList>(form, XtNchildren)[i];
         const std::string name = XtName(child);
         SCOPED_TRACE(name);
         const int width = Get<Dimension>(child, XtNwidth), height = Get<Dimension>(child, XtNheight);
         if (XtIsSubclass(child, labelWidgetClass)) {
-            const char* label = Get<String>(child, XtNlabel);
-            const int wide =
-                XTextWidth(Get<XFontStruct*>(child, XtNfont), label, static_cast<int>(std::strlen(label))) +
-                2 * Get<Dimension>(child, XtNinternalWidth);
-            EXPECT_EQ(width, actionDialog && name == "actiontitle" ? std::max(500 * scale, 1.0 * wide) : wide);
+            const std::string label = Get<String>(child, XtNlabel);
+            const int text = XTextWidth(Get<XFontStruct*>(child, XtNfont), label.c_str(), int(label.size()));
+            const bool titleLine = name == "actiontitle" && XtNameToWidget(form, "actiondesc") != nullptr;  // 500 wide
+            EXPECT_EQ(width, titleLine ? 500 * scale : text + 2 * Get<Dimension>(child, XtNinternalWidth));
         }
         for (const auto& box : kTextBoxes) {
             if (name != box.name) continue;
@@ -84,7 +80,6 @@ void CheckSizes(Widget form, double scale) {
     }
 }
 
-// Shows and checks every dialog, with the checkout's app-defaults files.
 int ShowAndCheck(std::vector<const char*> arguments, double scale) {
     setenv("XFILESEARCHPATH", ZAM_SOURCE_DIR "/data/app-defaults/%N%C", 1);
     setenv("HOME", "/nonexistent", 1);
@@ -102,12 +97,9 @@ int ShowAndCheck(std::vector<const char*> arguments, double scale) {
     action.preview = action.preActionMessage = SharedUString<UTF8>("Update");
     const EntryNumber entry = AppendAction(action);
     ActionRequestDialog::Show(false, TimeInterval(300000000), true);
-    ActionDetailsDialog::Show(1, entry);
-    ConfirmationDialog::Show(1, entry);
-    QuietModeDialog::Show(Instant(), Instant());
-    MessageDialog::Show(MessageRequest{"Note", "Text", false, {}, 2}, Instant());
+    ActionDetailsDialog::Show(1, entry), ConfirmationDialog::Show(1, entry);
+    QuietModeDialog::Show(Instant(), Instant()), MessageDialog::Show(MessageRequest{"Note", "Text", false, {}, 2}, {});
     XSync(display, False);
-    while (XtAppPending(app_context) & XtIMXEvent) XtAppProcessEvent(app_context, XtIMXEvent);
     Window root = 0, parent = 0, *children = nullptr;
     unsigned count = 0, shells = 0;
     XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
