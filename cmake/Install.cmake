@@ -9,9 +9,10 @@ include(GNUInstallDirs)
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-# The app-defaults file of the class XZAMClientUI. For the prefix /usr it goes
+# The app-defaults file of the class XZAMClientUI, and beside it its -hidpi
+# customization (chosen by "*customization: -hidpi"). For the prefix /usr they go
 # to /etc/X11/app-defaults, where Debian's libXt looks (it does not search
-# share/X11). Below any other prefix it lands in <prefix>/etc/X11/app-defaults,
+# share/X11). Below any other prefix they land in <prefix>/etc/X11/app-defaults,
 # which XFILESEARCHPATH has to name. Decided when installing, so
 # `cmake --install --prefix /usr` gives the system's place whatever prefix
 # the build was configured with.
@@ -23,7 +24,8 @@ install(CODE "
     set(zam_app_defaults_dir \"\${CMAKE_INSTALL_PREFIX}/etc/X11/app-defaults\")
   endif()
   file(INSTALL DESTINATION \"\${zam_app_defaults_dir}\" TYPE FILE
-       FILES \"${PROJECT_SOURCE_DIR}/data/app-defaults/XZAMClientUI\")
+       FILES \"${PROJECT_SOURCE_DIR}/data/app-defaults/XZAMClientUI\"
+             \"${PROJECT_SOURCE_DIR}/data/app-defaults/XZAMClientUI-hidpi\")
 ")
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
@@ -91,12 +93,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # fall back to the toolkit's default font: recommended, not required.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS xfonts-100dpi)
 set(CPACK_STRIP_FILES ON)
-# The app-defaults file is the administrator's to edit: an upgrade keeps changes.
+# The app-defaults files (the base one and its -hidpi customization) are the
+# administrator's to edit: an upgrade keeps changes.
 # (scripts/package.sh packages with the prefix /usr.)
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
-  set(ZAM_CONFFILE /etc/X11/app-defaults/XZAMClientUI)
+  set(ZAM_APP_DEFAULTS_DIR /etc/X11/app-defaults)
 else()
-  set(ZAM_CONFFILE ${CMAKE_INSTALL_PREFIX}/etc/X11/app-defaults/XZAMClientUI)
+  set(ZAM_APP_DEFAULTS_DIR ${CMAKE_INSTALL_PREFIX}/etc/X11/app-defaults)
 endif()
 configure_file(packaging/conffiles.in ${PROJECT_BINARY_DIR}/packaging/conffiles @ONLY)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packaging/conffiles)

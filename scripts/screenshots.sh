@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Renders the screenshots of every dialog into docs/screenshots/*.png, as the
-# checkout's app-defaults file (data/app-defaults/XZAMClientUI) draws them:
+# checkout's app-defaults file (data/app-defaults/XZAMClientUI) draws them on
+# a screen of 96 dpi, and into docs/screenshots/192dpi/*.png on a 3840x2160
+# screen of 192 dpi (scale 2) with its -hidpi customization:
 #
 #   bash scripts/screenshots.sh
 #
@@ -35,14 +37,18 @@ cd "$(dirname "$0")/.."
 
 # ---- At a mark: called by zam-client, with DISPLAY and ZAM_MARK set ----
 
-# The newest mapped top-level window.
+# The newest mapped top-level window, waited for up to 3 seconds (see
+# action_dialog).
 newest_dialog() {
-  local id
-  for id in $(xwininfo -root -children | awk '$1 ~ /^0x/ { print $1 }'); do
-    if xwininfo -id "$id" | grep -q 'Map State: IsViewable'; then
-      echo "$id"
-      return 0
-    fi
+  local id tries
+  for tries in {1..30}; do
+    for id in $(xwininfo -root -children | awk '$1 ~ /^0x/ { print $1 }'); do
+      if xwininfo -id "$id" | grep -q 'Map State: IsViewable'; then
+        echo "$id"
+        return 0
+      fi
+    done
+    sleep 0.1
   done
   echo "screenshots: no dialog is shown" >&2
   return 1
@@ -66,7 +72,7 @@ click_at() {
   sleep 0.2
   xdotool click 1
   sleep 0.2
-  xdotool mousemove 1023 767
+  xdotool mousemove ${ZAM_CORNER:?}
 }
 
 # Clicks the middle of the Nth child (1 = first created; -1 = last) of the dialog's form.
@@ -84,9 +90,14 @@ press_child() {
   click_at $((x + w / 2)) $((y + h / 2))
 }
 
+# The action request dialog, waited for up to 3 seconds: the program shows
+# its first dialog at its second tick, which may come after the scenario's
+# first mark.
 action_dialog() {
-  local id
-  id=$(xdotool search --onlyvisible --name '^Action Requests$' | head -n 1)
+  local id= tries=0
+  while [ -z "$id" ] && [ $((tries += 1)) -le 30 ]; do
+    id=$(xdotool search --onlyvisible --name '^Action Requests$' | head -n 1) || sleep 0.1
+  done
   [ -n "$id" ] || { echo "screenshots: the action request dialog is not shown" >&2; return 1; }
   echo "$id"
 }
@@ -136,30 +147,54 @@ cmake --preset release >/dev/null
 cmake --build --preset release --target ZAMClientUI zam-client
 
 # Only the checkout's look: no installed copy, no user's resources.
-export XFILESEARCHPATH="$PWD/data/app-defaults/%N"
+export XFILESEARCHPATH="$PWD/data/app-defaults/%N%C"
 unset XAPPLRESDIR XUSERFILESEARCHPATH XENVIRONMENT
 # The same texts and time zone on every machine.
 export LC_ALL=C.UTF-8 TZ=UTC
 
+work=$(mktemp -d)
+trap 'stop_private_xvfb; rm -rf -- "$work"' EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
 . scripts/xvfb.sh
-use_private_xvfb screenshots
-echo "screenshots: playing on a private Xvfb at $DISPLAY"
 
-export ZAM_SHOTS="$work/shots"
-mkdir "$ZAM_SHOTS"
-for scenario in examples/dialogs.scenario examples/notices.scenario; do
-  # A home of its own: no ~/.Xdefaults reaches the toolkit.
-  HOME="$work" build/release/zam-client --at-mark "bash '$PWD/scripts/screenshots.sh' --mark" "$scenario"
-done
+# Plays both scenarios on a private Xvfb of the screen SIZE and density DPI
+# and keeps the pictures in DIRECTORY; RESOURCES, if not empty, is the
+# user's resource file (XENVIRONMENT).
+play() {
+  local size=$1 dpi=$2 directory=$3 resources=$4 scenario
+  export ZAM_XVFB_SCREEN="${size}x24" ZAM_XVFB_DPI=$dpi ZAM_SHOTS="$work/shots-$dpi"
+  # Out of every dialog's way: the screen's bottom right corner.
+  export ZAM_CORNER="$((${size%x*} - 1)) $((${size#*x} - 1))"
+  if [ -n "$resources" ]; then export XENVIRONMENT=$resources; else unset XENVIRONMENT; fi
+  mkdir "$ZAM_SHOTS"
+  start_private_xvfb "$work" || { echo "screenshots: Xvfb did not start" >&2; exit 1; }
+  echo "screenshots: playing at $dpi dpi on a private Xvfb at $DISPLAY"
+  for scenario in examples/dialogs.scenario examples/notices.scenario; do
+    # A home of its own: no ~/.Xdefaults reaches the toolkit.
+    HOME="$work" build/release/zam-client --at-mark "bash '$PWD/scripts/screenshots.sh' --mark" "$scenario"
+  done
+  stop_private_xvfb
+  for name in "${expected[@]}"; do
+    if ! pngtopnm "$ZAM_SHOTS/$name.png" >/dev/null 2>&1; then
+      echo "screenshots: $name.png at $dpi dpi was not taken" >&2
+      exit 1
+    fi
+  done
+  shots+=("$ZAM_SHOTS:$directory")
+}
 
-for name in "${expected[@]}"; do
-  if ! pngtopnm "$ZAM_SHOTS/$name.png" >/dev/null 2>&1; then
-    echo "screenshots: $name.png was not taken" >&2
-    exit 1
-  fi
-done
-mkdir -p docs/screenshots
-for name in "${expected[@]}"; do
-  mv "$ZAM_SHOTS/$name.png" "docs/screenshots/$name.png"
-  echo "screenshots: docs/screenshots/$name.png"
+# At 96 dpi the sizes as the program sets them; at 192 dpi (scale 2, from the
+# screen's size) with the -hidpi customization a user there would choose.
+shots=()
+play 1024x768 96 docs/screenshots ""
+echo '*customization: -hidpi' >"$work/hidpi.ad"
+play 3840x2160 192 docs/screenshots/192dpi "$work/hidpi.ad"
+
+for pair in "${shots[@]}"; do
+  mkdir -p "${pair#*:}"
+  for name in "${expected[@]}"; do
+    mv "${pair%%:*}/$name.png" "${pair#*:}/$name.png"
+    echo "screenshots: ${pair#*:}/$name.png"
+  done
 done

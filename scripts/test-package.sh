@@ -31,12 +31,13 @@ lintian --fail-on error,warning "$deb" || fail "lintian reports errors or warnin
 
 contents=$(dpkg-deb -c "$deb" | awk '{ print $NF }')
 for path in ./usr/bin/ZAMClientUI ./usr/bin/zam-client ./etc/X11/app-defaults/XZAMClientUI \
+            ./etc/X11/app-defaults/XZAMClientUI-hidpi \
             ./usr/share/man/man1/ZAMClientUI.1.gz ./usr/share/man/man1/zam-client.1.gz \
             ./usr/share/doc/zamclientui/copyright ./usr/share/doc/zamclientui/changelog.gz; do
   grep -qxF "$path" <<<"$contents" || fail "the package lacks $path"
 done
-[ "$(dpkg-deb -I "$deb" conffiles)" = /etc/X11/app-defaults/XZAMClientUI ] ||
-  fail "the app-defaults file is not the one conffile"
+[ "$(dpkg-deb -I "$deb" conffiles)" = "$(printf '%s\n' /etc/X11/app-defaults/XZAMClientUI{,-hidpi})" ] ||
+  fail "the conffiles are not the two app-defaults files"
 
 TMPDIR=${TMPDIR:-/tmp}
 mkdir -p "$TMPDIR"

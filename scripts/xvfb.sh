@@ -13,6 +13,9 @@
 # With the last two, WORKDIR is an existing private directory for the server's
 # pipe, and the caller installs its own traps and calls stop_private_xvfb from
 # its EXIT trap.
+#
+# ZAM_XVFB_SCREEN (default 1024x768x24) and ZAM_XVFB_DPI (default Xvfb's own)
+# give the server another screen size or density.
 
 xvfb_pid=
 
@@ -21,7 +24,8 @@ start_private_xvfb() {
   # The server writes its display number to descriptor 3 once it accepts
   # clients, so no number is ever guessed.
   mkfifo "$fifo"
-  Xvfb -nolisten tcp -noreset -screen 0 1024x768x24 -displayfd 3 3>"$fifo" >/dev/null 2>&1 &
+  Xvfb -nolisten tcp -noreset -screen 0 "${ZAM_XVFB_SCREEN:-1024x768x24}" ${ZAM_XVFB_DPI:+-dpi "$ZAM_XVFB_DPI"} \
+    -displayfd 3 3>"$fifo" >/dev/null 2>&1 &
   xvfb_pid=$!
   read -r -t 30 number <"$fifo" || true
   rm -f "$fifo"

@@ -2,6 +2,7 @@
 
 #include "actions/PendingActions.h"
 #include "app/ClientLink.h"
+#include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
 #include "ui/XGlobals.h"
 
@@ -13,6 +14,8 @@
 namespace {
 
 DialogWindow window;
+// What the 100 pixels of the preview hold in the shipped 13-pixel fixed font.
+constexpr int kPreviewLines = 7;
 
 // The Preview of that pending entry; empty when there is none.
 UStringRef<UTF8> PreviewOf(EntryNumber entry) {
@@ -34,7 +37,8 @@ void Build(EntryNumber entry) {
 
     window.Create(std::move(title));
     const Widget text = window.AddTextArea("actiondetails", std::move(preview),
-                                           {{XtNwidth, 500}, {XtNheight, 100}});
+                                           {{XtNwidth, Scaled(500)}, {XtNheight, Scaled(100)}});
+    FitTextToLines(text, kPreviewLines);
     const Widget button = window.Add("ok", commandWidgetClass, {{XtNlabel, window.Keep(std::move(ok))},
                                                                 {XtNfromVert, WidgetValue(text)}});
     CentreUnder(button, text);

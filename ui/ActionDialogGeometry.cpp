@@ -2,14 +2,24 @@
 
 #include <algorithm>
 
+#include "ui/ScaleRule.h"
+
+namespace {
+
+// The room between two buttons of a row, outer edge to outer edge.
+int ButtonGap(const ButtonRowSizes& s) { return ScaledPixels(4 * s.border, s.scale); }
+
+}  // namespace
+
 ButtonRowPlaces PlaceButtonRow(const ButtonRowSizes& s) {
     const int b = s.border;
+    const int gap = ButtonGap(s);
     ButtonRowPlaces places{};
     places.take = s.descriptionWidth + b - s.take;
-    places.cancel = s.descriptionWidth - s.cancel - s.take - 5 * b;
-    places.details = places.cancel - s.details - 6 * b;
+    places.cancel = places.take - gap - s.cancel - 2 * b;
+    places.details = places.cancel - gap - s.details - 2 * b;
     // The right edge of "takeAllActions" and the gap every pair keeps.
-    const int leftmost = s.defaultDistance + s.takeAll + 2 * b + 4 * b;
+    const int leftmost = s.defaultDistance + s.takeAll + 2 * b + gap;
     if (places.details < leftmost) {
         const int shift = leftmost - places.details;
         places.take += shift;
@@ -20,7 +30,7 @@ ButtonRowPlaces PlaceButtonRow(const ButtonRowSizes& s) {
 }
 
 int PlaceSnoozeButton(const ButtonRowSizes& s, int snoozeButton, int viewportRight) {
-    return std::max(s.descriptionWidth + s.border - snoozeButton, viewportRight + 4 * s.border);
+    return std::max(s.descriptionWidth + s.border - snoozeButton, viewportRight + ButtonGap(s));
 }
 
 ListSize OneColumnListSize(long rows, int rowHeight, int internalHeight, long longest, int internalWidth,

@@ -27,13 +27,14 @@ struct ButtonRowSizes {
     int take;
     int cancel;
     int details;
+    double scale;          // DialogScale(): the gaps between buttons grow with it
 };
 
 // The horizontal distances (from the form's left edge) of the buttons that
 // stand right-aligned under the description: "takeActions" ends where the
 // description ends (W + B minus its width, as the form counts from its left
 // edge), and "cancelAction" and then "actionDetails" each keep a gap of 4 B
-// between outer edges to the one on their right. Should the row not fit
+// (times the scale) between outer edges to the one on their right. Should the row not fit
 // beside "takeAllActions" (long translated labels), the three move right
 // together, 4 B clear of it, and the dialog grows rather than let buttons
 // overlap.

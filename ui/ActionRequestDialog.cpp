@@ -22,6 +22,7 @@
 #include "text/UFormat.h"
 #include "ui/ActionDialogGeometry.h"
 #include "ui/ControlLiteral.h"
+#include "ui/DialogScale.h"
 #include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
@@ -43,6 +44,12 @@ namespace {
 // Releasing the first button on the action list highlights the row (Notify)
 // and then makes it the selection: the list has no callback of its own.
 constexpr char kActionListTranslations[] = "<Btn1Up>: Notify() PostponeListSelect()\n";
+
+// The lines the text boxes show above scale 1, as their pixel sizes hold them
+// at scale 1 in the shipped fonts.
+constexpr int kDescriptionLines = 4;
+constexpr int kActionListRows = 5;
+constexpr int kSnoozeListRows = 2;
 
 // The strings a List shows. The widget keeps the array's pointer, so the array
 // (NULL-terminated) and its strings live here until the list has a new one.
@@ -399,7 +406,7 @@ ButtonRowSizes ReadButtonRowSizes() {
     XtVaGetValues(w.description, XtNborderWidth, &border, nullptr);
     XtVaGetValues(w.form, XtNdefaultDistance, &defaultDistance, nullptr);
     return ButtonRowSizes{WidthOf(w.description), border,           defaultDistance,   WidthOf(w.takeAll),
-                          WidthOf(w.take),        WidthOf(w.cancel), WidthOf(w.details)};
+                          WidthOf(w.take),        WidthOf(w.cancel), WidthOf(w.details), DialogScale()};
 }
 
 void Build() {
@@ -424,11 +431,11 @@ void Build() {
     dialog.texts[{w.shell, XtNtitle}] = std::move(title);
     w.form = Make("form", formWidgetClass, w.shell, {});
     w.title = Make("actiontitle", labelWidgetClass, w.form,
-                   {{XtNwidth, 500}, {XtNborderWidth, 0}, {XtNjustify, XtJustifyLeft}});
+                   {{XtNwidth, Scaled(500)}, {XtNborderWidth, 0}, {XtNjustify, XtJustifyLeft}});
     w.description = Make("actiondesc", asciiTextWidgetClass, w.form,
                          {{XtNtype, XawAsciiString},
-                          {XtNwidth, 500},
-                          {XtNheight, 70},
+                          {XtNwidth, Scaled(500)},
+                          {XtNheight, Scaled(70)},
                           {XtNscrollVertical, XawtextScrollAlways},
                           {XtNwrap, XawtextWrapWord},
                           {XtNfromVert, Value(w.title)},
@@ -437,13 +444,13 @@ void Build() {
     const Widget listLabel = Make("actionListLabel", labelWidgetClass, w.form,
                                   {{XtNborderWidth, 0},
                                    {XtNfromVert, Value(w.description)},
-                                   {XtNvertDistance, 10},
+                                   {XtNvertDistance, Scaled(10)},
                                    {XtNlabel, Value(header.get())}});
     dialog.texts[{listLabel, XtNlabel}] = std::move(header);
     w.viewport = Make("viewport", viewportWidgetClass, w.form,
                       {{XtNfromVert, Value(listLabel)},
-                       {XtNheight, 100},
-                       {XtNwidth, 485},
+                       {XtNheight, Scaled(100)},
+                       {XtNwidth, Scaled(485)},
                        {XtNallowVert, True},
                        {XtNforceBars, True}});
     const Resources listResources = {{XtNdefaultColumns, 1}, {XtNforceColumns, True}, {XtNverticalList, True}};
@@ -465,12 +472,15 @@ void Build() {
                                      {XtNfromVert, Value(w.takeAll)}});
     dialog.texts[{snoozeLabel, XtNlabel}] = std::move(snoozeCaption);
     w.snoozeViewport = Make("snoozeViewport", viewportWidgetClass, w.form,
-                            {{XtNheight, 40},
-                             {XtNwidth, 400},
+                            {{XtNheight, Scaled(40)},
+                             {XtNwidth, Scaled(400)},
                              {XtNallowVert, True},
                              {XtNforceBars, True},
                              {XtNfromVert, Value(snoozeLabel)}});
     w.snoozeList = Make("", listWidgetClass, w.snoozeViewport, listResources);
+    FitTextToLines(w.description, kDescriptionLines);
+    FitViewportToRows(w.viewport, w.list, kActionListRows);
+    FitViewportToRows(w.snoozeViewport, w.snoozeList, kSnoozeListRows);
     w.snoozeButton = Make("snoozeButton", commandWidgetClass, w.form,
                           {{XtNlabel, Value(snooze.get())}, {XtNfromVert, Value(snoozeLabel)}});
     dialog.texts[{w.snoozeButton, XtNlabel}] = std::move(snooze);

@@ -3,6 +3,7 @@
 #include "actions/PendingActions.h"
 #include "app/ClientLink.h"
 #include "ui/DialogLayout.h"
+#include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
 #include "ui/XGlobals.h"
 
@@ -15,6 +16,8 @@
 namespace {
 
 DialogWindow window;
+// What the 100 pixels of the text hold in the shipped 14-pixel Helvetica.
+constexpr int kConfirmationLines = 5;
 unsigned long long shownId = 0;
 EntryNumber shownEntry = 0;
 
@@ -47,8 +50,9 @@ void Build(const ActionRequest& action) {
     XtVaGetValues(caption, XtNwidth, &captionWidth, nullptr);
     const Widget text = window.AddTextArea("actionconfirmation", std::move(message),
                                            {{XtNfromVert, WidgetValue(caption)},
-                                            {XtNwidth, ConfirmationTextWidth(captionWidth)},
-                                            {XtNheight, 100}});
+                                            {XtNwidth, ConfirmationTextWidth(captionWidth, DialogScale())},
+                                            {XtNheight, Scaled(100)}});
+    FitTextToLines(text, kConfirmationLines);
     const Widget cancel = window.Add("cancel", commandWidgetClass, {{XtNlabel, window.Keep(std::move(cancelLabel))},
                                                                     {XtNfromVert, WidgetValue(text)}});
     const Widget ok = window.Add("ok", commandWidgetClass,

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "ui/ScaleRule.h"
+
 namespace {
 
 int Bounded(int distance, int spanLeft) {
@@ -44,6 +46,6 @@ PairDistances SpacedPairDistances(int spanLeft, int spanOuter, int firstOuter, i
     return {first, Bounded(first + firstOuter + gap, spanLeft)};
 }
 
-int ConfirmationTextWidth(int staticLabelWidth) {
-    return std::clamp(staticLabelWidth, kNarrowestConfirmationText, kLargestDistance);
+int ConfirmationTextWidth(int staticLabelWidth, double scale) {
+    return std::clamp(staticLabelWidth, ScaledPixels(kNarrowestConfirmationText, scale), kLargestDistance);
 }

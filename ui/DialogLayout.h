@@ -39,6 +39,7 @@ PairDistances SpacedPairDistances(int spanLeft, int spanOuter, int firstOuter, i
 
 // The confirmation text is as wide as the sentence above it, but never so
 // narrow that it cannot be read (a translation may make the sentence short or
-// empty) and never wider than a size can hold.
+// empty) and never wider than a size can hold. The narrowest width grows
+// with the dialogs' scale, as the font does.
 constexpr int kNarrowestConfirmationText = 200;
-int ConfirmationTextWidth(int staticLabelWidth);
+int ConfirmationTextWidth(int staticLabelWidth, double scale);

@@ -7,6 +7,7 @@
 
 #include "protocol/ClientRequests.h"
 #include "text/UFormat.h"
+#include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
 #include "ui/XGlobals.h"
 
@@ -19,6 +20,8 @@
 namespace {
 
 constexpr char kMessageText[] = "actionmessage";
+// What the 100 pixels of the text hold in the shipped 14-pixel Helvetica.
+constexpr int kMessageLines = 5;
 
 struct OpenMessage {
     unsigned long long id = 0;
@@ -83,8 +86,9 @@ void Replace(OpenMessage& message, MessageTexts texts) {
 void Build(OpenMessage& message, MessageTexts texts) {
     ControlString dismiss = LabelText(ControlLiteral("OK"));
     message.window.Create(std::move(texts.title));
-    const Widget text =
-        message.window.AddTextArea(kMessageText, std::move(texts.text), {{XtNwidth, 500}, {XtNheight, 100}});
+    const Widget text = message.window.AddTextArea(kMessageText, std::move(texts.text),
+                                                   {{XtNwidth, Scaled(500)}, {XtNheight, Scaled(100)}});
+    FitTextToLines(text, kMessageLines);
     const Widget button =
         message.window.Add("dismiss", commandWidgetClass, {{XtNlabel, message.window.Keep(std::move(dismiss))},
                                                            {XtNfromVert, WidgetValue(text)}});

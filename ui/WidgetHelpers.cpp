@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "ui/DialogScale.h"
+
 #include <X11/IntrinsicP.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/Form.h>
@@ -66,7 +68,8 @@ void FitLabelToScreen(Widget label) {
     Dimension border = 0;
     int left = 0;
     XtVaGetValues(label, XtNwidth, &width, XtNborderWidth, &border, XtNhorizDistance, &left, nullptr);
-    const int widest = WidthOfScreen(XtScreen(label)) - kWindowFrame - std::max(left, 0) - distance - 2 * border;
+    const int frame = Scaled(kWindowFrame);
+    const int widest = WidthOfScreen(XtScreen(label)) - frame - std::max(left, 0) - distance - 2 * border;
     if (width <= widest) return;
     XtVaSetValues(label, XtNwidth, static_cast<Dimension>(std::max(widest, 1)), XtNjustify, XtJustifyLeft, nullptr);
 }

@@ -6,6 +6,7 @@
 #include "app/Settings.h"
 #include "ui/ClientUITimer.h"
 #include "ui/DefaultFontSet.h"
+#include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/LocaleCheck.h"
@@ -58,6 +59,7 @@ int InitXApp(int argc, char** argv) {
     // Only now: opening the display ran the toolkit's locale procedure.
     if (international) DropTranslationsUnderUntranslatedLocale(std::setlocale(LC_CTYPE, nullptr));
     ConfigValidDefaultFontSet();
+    ReadDialogScale(display);
     XtAppSetErrorHandler(app_context, Xt_ErrorHandler);
     XtAppAddActions(app_context, globalActions, XtNumber(globalActions));
     StartClientUITick();
