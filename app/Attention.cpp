@@ -8,14 +8,16 @@ namespace {
 // The countdown the dialog shows is this long; the alert comes as it starts.
 constexpr std::int64_t kLastMinutesSeconds = 300;
 
-}  // namespace
-
+// Whether a forced action's deadline is less than five minutes away (also
+// when it is now or has just passed). In whole seconds, as the tick compares
+// them; unlike converting the deadline to an Instant this cannot throw.
 bool InLastFiveMinutes(const ActionRequest& action, Instant now) {
     if (!action.forceRun || !action.deadline) return false;
-    // Whole seconds, as the tick compares them; unlike an Instant this cannot throw.
     const std::int64_t nowSeconds = now.Microseconds() / kMicrosecondsPerSecond;
     return action.deadline.Get().SecondsSinceEpoch() < nowSeconds + kLastMinutesSeconds;
 }
+
+}  // namespace
 
 bool DeadlineAlerts::Due(const std::vector<ActionRequest>& pending, Instant now) {
     const auto gone = [&](EntryNumber entry) {

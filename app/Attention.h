@@ -25,7 +25,3 @@ public:
 private:
     std::vector<EntryNumber> alerted_;
 };
-
-// Whether a forced action's deadline is at most five minutes away at `now`
-// (also when it is now or has just passed).
-bool InLastFiveMinutes(const ActionRequest& action, Instant now);

@@ -52,8 +52,8 @@ void WatchPresses(Widget widget, Widget shell) {
 void RaiseAndActivate(Widget shell) {
     if (shell == nullptr || !XtIsRealized(shell)) return;
     ForgivingXErrors forgiving(XtDisplay(shell));
-    // A window manager that withdraws the window instead finds it mapped
-    // again at the next request; nothing here waits for its answer.
+    // Nothing waits for the window manager's answer: one that ignores both
+    // requests, or withdraws the window instead, costs the tick nothing.
     XMapRaised(XtDisplay(shell), XtWindow(shell));
     AskToActivate(shell);
 }
