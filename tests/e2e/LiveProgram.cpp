@@ -104,38 +104,25 @@ Display* LiveProgram::X() {
     return display_;
 }
 
-namespace {
-
-// Whether `window` has a WM_NAME, and it is `title`. A name is Latin-1
-// (STRING) or compound text, however the title came: read as UTF-8.
-bool Named(Display* display, Window window, const std::string& title, bool& named) {
-    XTextProperty name{};
-    named = XGetWMName(display, window, &name) != 0;
-    if (!named) return false;
-    char** names = nullptr;
-    int count = 0;
-    const bool match =
-        Xutf8TextPropertyToTextList(display, &name, &names, &count) >= Success && count > 0 && title == names[0];
-    if (names != nullptr) XFreeStringList(names);
-    XFree(name.value);
-    return match;
-}
-
-}  // namespace
-
 std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
     std::vector<Window> found;
-    std::vector<Window> level = Children(DefaultRootWindow(X()));
-    for (int depth = 0; depth < 3 && !level.empty(); ++depth) {
-        std::vector<Window> nameless;
-        for (const Window window : level) {
-            bool named = false;
-            if (Named(X(), window, title, named)) found.push_back(window);
-            if (!named && depth < 2) {
-                for (const Window inside : Children(window)) nameless.push_back(inside);
-            }
+    std::vector<Window> windows = Children(DefaultRootWindow(X()));
+    for (std::size_t i = 0, onRoot = windows.size(); i < windows.size(); ++i) {
+        const Window window = windows[i];
+        // A name is Latin-1 (STRING) or compound text, however the title came: read as UTF-8.
+        XTextProperty name{};
+        if (XGetWMName(X(), window, &name) == 0) {
+            // A nameless child of the root is a window manager's frame, or none of ours.
+            if (i < onRoot) for (const Window inside : Children(window)) windows.push_back(inside);
+            continue;
         }
-        level.swap(nameless);
+        char** names = nullptr;
+        int named = 0;
+        if (Xutf8TextPropertyToTextList(X(), &name, &names, &named) >= Success && named > 0 && title == names[0]) {
+            found.push_back(window);
+        }
+        if (names != nullptr) XFreeStringList(names);
+        XFree(name.value);
     }
     return found;
 }
