@@ -59,6 +59,12 @@ void EnableActionRequestDialog() {
 void DisableActionRequestDialog() {
     WiredDialogCalls().DisableActionRequestDialog();
 }
+void RaiseActionRequestDialog() {
+    WiredDialogCalls().RaiseActionRequestDialog();
+}
+void MarkActionRequestDialogUrgent() {
+    WiredDialogCalls().MarkActionRequestDialogUrgent();
+}
 void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) {
     WiredDialogCalls().ShowActionDetailsDialog(id, entry);
 }

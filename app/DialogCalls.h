@@ -28,6 +28,14 @@ public:
     virtual bool IsActionRequestDialogShown() = 0;
     virtual void EnableActionRequestDialog() = 0;
     virtual void DisableActionRequestDialog() = 0;
+    // Brings the shown dialog back over other windows, also from being
+    // minimised, and asks the window manager to activate it; nothing when it
+    // is not shown. Only a user's own request may do this (app/Attention.h).
+    virtual void RaiseActionRequestDialog() {}
+    // Marks the shown dialog as wanting the user's attention (the window
+    // manager's urgency hint) until the user touches it; nothing when it is
+    // not shown. A screen that cannot draw attention ignores both.
+    virtual void MarkActionRequestDialogUrgent() {}
 
     // The action details and confirmation dialogs, each for one pending entry
     // (ActionRequest::entry) with this ID.
@@ -68,6 +76,8 @@ void FlushActionRequestDialog();
 bool IsActionRequestDialogShown();
 void EnableActionRequestDialog();
 void DisableActionRequestDialog();
+void RaiseActionRequestDialog();
+void MarkActionRequestDialogUrgent();
 void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry);
 void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry);
 bool IsActionDetailsDialogShown();

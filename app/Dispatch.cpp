@@ -62,8 +62,11 @@ void OnActionRequest(const XMLElement& element) {
     XMLSerialize(element, request);
     AppendAction(request);
     UpdateActionRequestDialog();
+    const bool wasShown = IsActionRequestDialogShown();
     // Even while snoozed: a new action always brings the dialog up.
     ShowActionDialog();
+    // One already up is not pulled over the user's work: it asks instead.
+    if (wasShown) MarkActionRequestDialogUrgent();
 }
 
 void OnRemoveRequest(const XMLElement& element) {
@@ -249,6 +252,13 @@ void OnConfirmDeclined() {
     EnableUnlessHeld();
 }
 
+// The user asked for the dialog through another launcher: the one request
+// that brings a covered or minimised dialog to the front.
+void OnOpenDialog() {
+    ShowActionDialog();
+    RaiseActionRequestDialog();
+}
+
 void HandleCommand(const UICommand& command) {
     switch (command.type) {
         case UICommandType::TakeAll: OnTakeAll(command); break;
@@ -260,7 +270,7 @@ void HandleCommand(const UICommand& command) {
         case UICommandType::ConfirmAccepted: OnConfirmAccepted(); break;
         case UICommandType::ConfirmDeclined: OnConfirmDeclined(); break;
         case UICommandType::QuietModeClosed: EnableUnlessHeld(); break;
-        case UICommandType::OpenDialog: ShowActionDialog(); break;
+        case UICommandType::OpenDialog: OnOpenDialog(); break;
         default: break;  // a value outside the vocabulary
     }
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "actions/PendingActions.h"
+#include "app/Attention.h"
 #include "app/ClientLink.h"
 #include "app/DialogCalls.h"
 #include "app/Dispatch.h"
@@ -41,6 +42,15 @@ bool HandleDeadlines(Instant now) {
     return changed;
 }
 
+// A countdown coming up asks for attention once per entry, however often the
+// tick sees it, so the user who has looked is not asked again every second.
+void AlertNewCountdowns(Instant now) {
+    static DeadlineAlerts alerts;
+    if (!alerts.Due(actions, now)) return;
+    alerts.Alerted(actions, now);
+    MarkActionRequestDialogUrgent();
+}
+
 }  // namespace
 
 void RunClientUITick() {
@@ -60,5 +70,6 @@ void RunClientUITick() {
     if (inQuietMode) return;
 
     if (HandleDeadlines(Instant::Now())) UpdateActionRequestDialog();
+    AlertNewCountdowns(Instant::Now());
     FlushActionRequestDialog();
 }

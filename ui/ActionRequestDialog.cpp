@@ -21,11 +21,13 @@
 #include "text/LocalizedStrings.h"
 #include "text/UFormat.h"
 #include "ui/ActionDialogGeometry.h"
+#include "ui/Attention.h"
 #include "ui/ControlLiteral.h"
 #include "ui/DialogScale.h"
 #include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
+#include "ui/WindowIdentity.h"
 #include "ui/XGlobals.h"
 
 #include <X11/Shell.h>
@@ -517,6 +519,8 @@ void Build() {
     WidenForScrollbar(w.snoozeViewport);
     CenterDialogOnDisplay(w.shell);
     AnnounceDeleteWindow(w.shell);
+    IdentifyWindow(w.shell, WindowRole::ActionDialog);
+    ClearUrgencyOnTouch(w.shell);
     for (Widget viewport : {w.viewport, w.snoozeViewport}) {
         OverrideScrollbarTranslations(XtNameToWidget(viewport, "vertical"));
     }

@@ -101,11 +101,12 @@ void DialogWindow::SetText(Widget widget, const char* resource, ControlString te
     replaced_.push_back({widget, resource, std::move(text)});
 }
 
-void DialogWindow::Present(Widget text) {
+void DialogWindow::Present(Widget text, WindowRole role) {
     XtRealizeWidget(shell_);
     CenterDialogOnDisplay(shell_);
     AnnounceDeleteWindow(shell_);
     MakeTextScrollable(text);
+    IdentifyWindow(shell_, role);
     XtMapWidget(shell_);
 }
 

@@ -10,6 +10,7 @@
 
 #include "base/unicode/UString.h"
 #include "ui/ControlLiteral.h"
+#include "ui/WindowIdentity.h"
 
 #include <X11/Intrinsic.h>
 
@@ -54,8 +55,9 @@ public:
     // texts are replaced again and again does not grow.
     void SetText(Widget widget, const char* resource, ControlString text);
     // Realizes and centres the shell, announces WM_DELETE_WINDOW, lets the
-    // text area (if any) scroll by hand (MakeTextScrollable), then maps it.
-    void Present(Widget text);
+    // text area (if any) scroll by hand (MakeTextScrollable), tells the
+    // window manager what the window is (IdentifyWindow), then maps it.
+    void Present(Widget text, WindowRole role = WindowRole::Subordinate);
     // Destroys the shell, then frees the texts. Harmless when there is none.
     void Destroy();
     // Runs `build`; if it throws (in practice: a text the locale cannot show),

@@ -7,9 +7,12 @@
 #include "app/Exit.h"
 #include "protocol/UIReports.h"
 #include "ui/ErrorTexts.h"
+#include "ui/ForgivenXErrors.h"
 #include "ui/XGlobals.h"
 
 int X_ErrorHandler(Display* display, XErrorEvent* event) {
+    // A hint the window manager misses is no reason to end.
+    if (event != nullptr && IsForgivenXError(*event)) return 0;
     char text[kXErrorTextBuffer] = {};
     constexpr std::size_t prefix = sizeof kXErrorPrefix - 1;
     if (display != nullptr && event != nullptr) {

@@ -7,7 +7,8 @@
 
 #include <X11/Intrinsic.h>
 
-// A protocol error: "XError: " and the server's text; exit status -1.
+// A protocol error: "XError: " and the server's text; exit status -1. The
+// failure of a request made under ForgivingXErrors is passed over instead.
 int X_ErrorHandler(Display* display, XErrorEvent* event);
 
 // The connection is gone: a normal way to end, like the client closing the

@@ -81,6 +81,7 @@ void Replace(OpenMessage& message, MessageTexts texts) {
     const Widget shell = message.window.Shell();
     message.window.SetText(XtNameToWidget(message.window.Form(), kMessageText), XtNstring, std::move(texts.text));
     message.window.SetText(shell, XtNtitle, LabelText(std::move(texts.title)));
+    RetitleWindow(shell);
 }
 
 void Build(OpenMessage& message, MessageTexts texts) {
@@ -94,7 +95,7 @@ void Build(OpenMessage& message, MessageTexts texts) {
                                                            {XtNfromVert, WidgetValue(text)}});
     CentreUnder(button, text);
     XtAddCallback(button, XtNcallback, Dismissed, nullptr);
-    message.window.Present(text);
+    message.window.Present(text, WindowRole::Message);
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include "protocol/ClientRequests.h"
 #include "ui/ActionDetailsDialog.h"
 #include "ui/ActionRequestDialog.h"
+#include "ui/Attention.h"
 #include "ui/ConfirmationDialog.h"
 #include "ui/HiddenWindow.h"
 #include "ui/MessageDialog.h"
 #include "ui/QuietModeDialog.h"
+#include "ui/WindowIdentity.h"
 #include "ui/XApplication.h"
 
 // Every entry is harmless before the display is open: the dialogs show
@@ -34,6 +36,14 @@ void XDialogCalls::EnableActionRequestDialog() {
 
 void XDialogCalls::DisableActionRequestDialog() {
     ActionRequestDialog::Disable();
+}
+
+void XDialogCalls::RaiseActionRequestDialog() {
+    RaiseAndActivate(ActionDialogShell());
+}
+
+void XDialogCalls::MarkActionRequestDialogUrgent() {
+    MarkUrgent(ActionDialogShell());
 }
 
 void XDialogCalls::ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) {

@@ -14,6 +14,8 @@ public:
     bool IsActionRequestDialogShown() override;
     void EnableActionRequestDialog() override;
     void DisableActionRequestDialog() override;
+    void RaiseActionRequestDialog() override;
+    void MarkActionRequestDialogUrgent() override;
     void ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) override;
     void ShowConfirmationRequestDialog(unsigned long long id, EntryNumber entry) override;
     bool IsActionDetailsDialogShown() override;

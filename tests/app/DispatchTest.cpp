@@ -31,7 +31,8 @@ Instant At(std::int64_t secondsFromNow) { return Instant((1700000000 + secondsFr
 const std::string kShow = "ShowActionRequestDialog(false,PT5M,true)", kUpdate = "UpdateActionRequestDialog()",
                   kEnable = "EnableActionRequestDialog()", kDisable = "DisableActionRequestDialog()", kShown = "IsActionRequestDialogShown()",
                   kHidden = "CreateHiddenWindowOnce()", kTimeouts = "RemoveTimedoutMessageDialogs()",
-                  kNoQuiet = "RemoveQuietModeDialog()";
+                  kNoQuiet = "RemoveQuietModeDialog()", kRaise = "RaiseActionRequestDialog()",
+                  kUrgent = "MarkActionRequestDialogUrgent()";
 
 struct ObservedExit {
     int count = 0, status = 0;
@@ -116,8 +117,12 @@ TEST_F(Dispatch, ActionRequestsAreAppendedAndShownEvenWhileSnoozed) {
     Receive("<AnyRootAtAll>" + Action(7) + "</AnyRootAtAll>");
     ProcessMessagesFromClient();
     EXPECT_EQ(Ids(), (IdList{7, 3, 7}));  // a duplicate ID is a second entry
-    EXPECT_EQ(Calls(), (Strings{kUpdate, kShow, kUpdate, kShow, kUpdate, kShow}));
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kShown, kShow, kUpdate, kShown, kShow, kUpdate, kShown, kShow}));
     EXPECT_TRUE(Sent().empty());
+    // Over a dialog already up, a new action asks for attention but does not raise it.
+    RecordingDialogs::SetActionDialogShown(true);
+    Handle(Action(8));
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kShown, kShow, kUrgent}));
 }
 
 TEST_F(Dispatch, RemoveRequestByType) {
@@ -213,7 +218,7 @@ TEST_F(Initialisation, HoldsBackTheRestOfTheBatchLosesTheRestOfTheDocumentAndHap
     Receive(Doc(Init("/second", "PT1H") + Action(3)));
     ProcessMessagesFromClient();
     EXPECT_EQ(Ids(), (IdList{2}));
-    EXPECT_EQ(Calls(), (Strings{kUpdate, "ShowActionRequestDialog(false,PT10M,false)"}));
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kShown, "ShowActionRequestDialog(false,PT10M,false)"}));
     ProcessMessagesFromClient();
     EXPECT_EQ(Ids(), (IdList{2, 3}));
     EXPECT_FALSE(fs::exists(root_ + "/second"));  // a second one is ignored
@@ -257,7 +262,7 @@ TEST_F(Commands, SingleCommands) {
         {"details gone", T::ShowDetails, 9, {}, {1, 2, 3}, {kEnable}},
         {"details closed", T::DetailsClosed, 0, {}, {1, 2, 3}, {kEnable}},
         {"quiet mode closed", T::QuietModeClosed, 0, {}, {1, 2, 3}, {kEnable}},
-        {"open", T::OpenDialog, 0, {}, {1, 2, 3}, {kShow}},
+        {"open", T::OpenDialog, 0, {}, {1, 2, 3}, {kShow, kRaise}},
         {"unknown type", static_cast<T>(42), 1, {}, {1, 2, 3}, {}},
     };
     for (const Case& c : cases) {
@@ -326,7 +331,7 @@ TEST_F(Tick, BeforeInitialisationItOnlyMovesMessagesAndCommands) {
     Receive(Doc(Action(1)));
     QueueCommand(T::DetailsClosed, 0, 0, 0);
     RunClientUITick();
-    EXPECT_EQ(Calls(), (Strings{kUpdate, kShow, kEnable}));
+    EXPECT_EQ(Calls(), (Strings{kUpdate, kShown, kShow, kEnable}));
 }
 
 TEST_F(Tick, RemindsEveryTickOnceThePostponementHasRunOutEvenInQuietMode) {
@@ -353,14 +358,15 @@ TEST_F(Tick, RemindsEveryTickOnceThePostponementHasRunOutEvenInQuietMode) {
 }
 
 TEST_F(Tick, ForcedDeadlines) {
-    struct Case { const char* what; std::string action; Strings sent; IdList left; bool refreshed; };
+    // A countdown that starts asks for attention on its first tick only.
+    struct Case { const char* what; std::string action; Strings sent; IdList left; bool refreshed, alerted; };
     const Case cases[] = {
-        {"passed", Forced(1, "Tue, 14 Nov 2023 22:13:19 +0000"), {Taken(1)}, {}, true},
-        {"due now", Forced(1, "Tue, 14 Nov 2023 22:13:20 +0000"), {}, {1}, true},
-        {"within five minutes", Forced(1, "Tue, 14 Nov 2023 22:18:19 +0000"), {}, {1}, true},
-        {"five minutes away", Forced(1, "Tue, 14 Nov 2023 22:18:20 +0000"), {}, {1}, false},
-        {"not forced", Action(1, "<Deadline>Tue, 14 Nov 2023 22:00:00 +0000</Deadline>"), {}, {1}, false},
-        {"forced without deadline", Action(1, "<ForceRun>true</ForceRun>"), {}, {1}, false},
+        {"passed", Forced(1, "Tue, 14 Nov 2023 22:13:19 +0000"), {Taken(1)}, {}, true, false},
+        {"due now", Forced(1, "Tue, 14 Nov 2023 22:13:20 +0000"), {}, {1}, true, true},
+        {"within five minutes", Forced(1, "Tue, 14 Nov 2023 22:18:19 +0000"), {}, {1}, true, true},
+        {"five minutes away", Forced(1, "Tue, 14 Nov 2023 22:18:20 +0000"), {}, {1}, false, false},
+        {"not forced", Action(1, "<Deadline>Tue, 14 Nov 2023 22:00:00 +0000</Deadline>"), {}, {1}, false, false},
+        {"forced without deadline", Action(1, "<ForceRun>true</ForceRun>"), {}, {1}, false, false},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -370,6 +376,7 @@ TEST_F(Tick, ForcedDeadlines) {
             // A refresh every tick while the countdown runs; a report only once.
             Strings expected{kHidden, kTimeouts};
             if (c.refreshed && (tick == 0 || !c.left.empty())) expected.push_back(kUpdate);
+            if (c.alerted && tick == 0) expected.push_back(kUrgent);
             EXPECT_EQ(Calls(), expected);
             EXPECT_EQ(Sent(), tick == 0 ? c.sent : Strings{});
             EXPECT_EQ(Ids(), c.left);
@@ -411,7 +418,7 @@ TEST_F(Dispatch, OnlyTheFourBytesOpenOpenTheDialog) {
         SCOPED_TRACE(data);
         HandleHiddenWindowMessage(data);
         ProcessMessagesFromUI();
-        EXPECT_EQ(Calls(), open ? Strings{kShow} : Strings{});
+        EXPECT_EQ(Calls(), open ? (Strings{kShow, kRaise}) : Strings{});
     }
 }
 

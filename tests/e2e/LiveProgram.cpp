@@ -106,10 +106,16 @@ Display* LiveProgram::X() {
 
 std::vector<Window> LiveProgram::TopLevelWindows(const std::string& title) {
     std::vector<Window> found;
-    for (const Window window : Children(DefaultRootWindow(X()))) {
+    std::vector<Window> windows = Children(DefaultRootWindow(X()));
+    for (std::size_t i = 0, onRoot = windows.size(); i < windows.size(); ++i) {
+        const Window window = windows[i];
         // A name is Latin-1 (STRING) or compound text, however the title came: read as UTF-8.
         XTextProperty name{};
-        if (XGetWMName(X(), window, &name) == 0) continue;
+        if (XGetWMName(X(), window, &name) == 0) {
+            // A nameless child of the root is a window manager's frame, or none of ours.
+            if (i < onRoot) for (const Window inside : Children(window)) windows.push_back(inside);
+            continue;
+        }
         char** names = nullptr;
         int named = 0;
         if (Xutf8TextPropertyToTextList(X(), &name, &names, &named) >= Success && named > 0 && title == names[0]) {

@@ -63,7 +63,9 @@ public:
 
     // The X side, on a connection of the test's own.
     Display* X();
-    // Top-level windows whose name is `title`, as they are now.
+    // Top-level windows whose name is `title`, as they are now. Under a window
+    // manager they lie inside its frames: a nameless child of the root is
+    // looked into, two levels deep.
     std::vector<Window> TopLevelWindows(const std::string& title);
     // Waits (WaitUntil) until at least one such window exists.
     std::vector<Window> WaitForTopLevelWindows(const std::string& title);

@@ -45,6 +45,8 @@ public:
 
     void EnableActionRequestDialog() override { Record("EnableActionRequestDialog()"); }
     void DisableActionRequestDialog() override { Record("DisableActionRequestDialog()"); }
+    void RaiseActionRequestDialog() override { Record("RaiseActionRequestDialog()"); }
+    void MarkActionRequestDialogUrgent() override { Record("MarkActionRequestDialogUrgent()"); }
     void ShowActionDetailsDialog(unsigned long long id, EntryNumber) override {
         Record("ShowActionDetailsDialog(" + Number(id) + ")");
     }

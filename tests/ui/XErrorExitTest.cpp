@@ -25,8 +25,11 @@
 #include "tests/support/Sandbox.h"
 #include "tests/support/Xvfb.h"
 #include "ui/XApplication.h"
+#include "ui/ForgivenXErrors.h"
 #include "ui/XDialogCalls.h"
 #include "ui/XGlobals.h"
+
+#include <X11/Xatom.h>
 
 namespace {
 
@@ -113,6 +116,20 @@ TEST(XErrorExit, EachEndingOfTheLoop) {
              XFlush(display);
          },
          255, false},
+        // A window-manager hint the server refuses is passed over, even once
+        // the requests after it have been answered.
+        {"refused hint, then an exception",
+         [] {
+             {
+                 ForgivingXErrors forgiving(display);
+                 const unsigned char name[] = "x";
+                 XChangeProperty(display, static_cast<Window>(0x7fffffff), XA_WM_NAME, XA_STRING, 8, PropModeReplace,
+                                 name, 1);
+             }
+             XSync(display, False);
+             throw TickFailure();
+         },
+         100, true},
         {"lost display", [] { shutdown(ConnectionNumber(display), SHUT_RDWR); }, 0, false},
         {"toolkit error",
          [] { XtAppErrorMsg(app_context, "invalidParameter", "test", "XtToolkitError", "A broken call", nullptr, nullptr); },
