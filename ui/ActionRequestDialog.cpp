@@ -22,6 +22,7 @@
 #include "text/UFormat.h"
 #include "ui/ActionDialogGeometry.h"
 #include "ui/ControlLiteral.h"
+#include "ui/DialogPlacement.h"
 #include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
@@ -503,7 +504,7 @@ void Build() {
     XtRealizeWidget(w.shell);
     WidenForScrollbar(w.viewport);
     WidenForScrollbar(w.snoozeViewport);
-    CenterDialogOnDisplay(w.shell);
+    PlaceDialog(w.shell);
     AnnounceDeleteWindow(w.shell);
     for (Widget viewport : {w.viewport, w.snoozeViewport}) {
         OverrideScrollbarTranslations(XtNameToWidget(viewport, "vertical"));

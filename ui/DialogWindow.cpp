@@ -100,9 +100,9 @@ void DialogWindow::SetText(Widget widget, const char* resource, ControlString te
     replaced_.push_back({widget, resource, std::move(text)});
 }
 
-void DialogWindow::Present(Widget text) {
+void DialogWindow::Present(Widget text, Placement placement) {
     XtRealizeWidget(shell_);
-    CenterDialogOnDisplay(shell_);
+    PlaceDialog(shell_, placement);
     AnnounceDeleteWindow(shell_);
     MakeTextScrollable(text);
     XtMapWidget(shell_);

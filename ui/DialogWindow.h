@@ -10,6 +10,7 @@
 
 #include "base/unicode/UString.h"
 #include "ui/ControlLiteral.h"
+#include "ui/DialogPlacement.h"
 
 #include <X11/Intrinsic.h>
 
@@ -53,9 +54,10 @@ public:
     // previous SetText of the same resource handed over, so a dialog whose
     // texts are replaced again and again does not grow.
     void SetText(Widget widget, const char* resource, ControlString text);
-    // Realizes and centres the shell, announces WM_DELETE_WINDOW, lets the
-    // text area (if any) scroll by hand (MakeTextScrollable), then maps it.
-    void Present(Widget text);
+    // Realizes and places the shell (PlaceDialog), announces
+    // WM_DELETE_WINDOW, lets the text area (if any) scroll by hand
+    // (MakeTextScrollable), then maps it.
+    void Present(Widget text, Placement placement = Placement::Centred);
     // Destroys the shell, then frees the texts. Harmless when there is none.
     void Destroy();
     // Runs `build`; if it throws (in practice: a text the locale cannot show),

@@ -90,7 +90,7 @@ void Build(OpenMessage& message, MessageTexts texts) {
                                                            {XtNfromVert, WidgetValue(text)}});
     CentreUnder(button, text);
     XtAddCallback(button, XtNcallback, Dismissed, nullptr);
-    message.window.Present(text);
+    message.window.Present(text, Placement::Cascaded);
 }
 
 }  // namespace

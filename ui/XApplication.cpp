@@ -6,6 +6,7 @@
 #include "app/Settings.h"
 #include "ui/ClientUITimer.h"
 #include "ui/DefaultFontSet.h"
+#include "ui/DialogPlacement.h"
 #include "ui/DialogWindow.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/LocaleCheck.h"
@@ -76,6 +77,7 @@ void DestroyApplicationContext() {
     // again, and that report must not destroy the context a second time.
     XtAppContext context = app_context;
     ForgetDialogWindows();
+    ForgetPlacedDialogs();
     app_context = nullptr;
     display = nullptr;
     if (context != nullptr) XtDestroyApplicationContext(context);
