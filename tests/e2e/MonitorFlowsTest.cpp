@@ -1,11 +1,7 @@
-// Dialogs on a screen of two monitors, set through RandR on the test's own
-// Xvfb before the program starts: each opens on the monitor that holds the
-// pointer, messages step aside from each other, and all come back to the
-// pointer's monitor when theirs goes away.
+// Two monitors set through RandR before the program starts: dialogs open on
+// the pointer's, messages step aside, and all follow the pointer when their
+// monitor goes away.
 #include <gtest/gtest.h>
-
-#include <array>
-#include <string>
 
 #include "tests/e2e/LiveProgram.h"
 
@@ -14,74 +10,52 @@
 
 namespace {
 
-constexpr int kMonitorWidth = 1280;
-constexpr int kMonitorHeight = 1024;
-
-// Where a window lies on the screen, its borders included.
-struct Extent {
-    int left = 0, top = 0, right = 0, bottom = 0;  // right and bottom: just outside
-};
-
-Extent ExtentOf(Display* x, Window window) {
-    XWindowAttributes attributes{};
-    int left = 0, top = 0;
+// Whether the window, borders included, lies on the 1280x1024 monitor at
+// `left`; its outer corner in `at`.
+bool OnMonitor(Display* x, Window window, int left, XPoint* at) {
+    XWindowAttributes box{};
+    int rootX = 0, rootY = 0;
     Window child = 0;
-    if (XGetWindowAttributes(x, window, &attributes) == 0 ||
-        !XTranslateCoordinates(x, window, DefaultRootWindow(x), 0, 0, &left, &top, &child)) {
-        return {};
+    if (!XGetWindowAttributes(x, window, &box) || !XTranslateCoordinates(x, window, DefaultRootWindow(x),
+                                                                         -box.border_width, -box.border_width,
+                                                                         &rootX, &rootY, &child)) {
+        return false;
     }
-    const int border = attributes.border_width;
-    return {left - border, top - border, left + attributes.width + border, top + attributes.height + border};
-}
-
-bool OnMonitor(const Extent& extent, int monitorLeft) {
-    return extent.right > extent.left && extent.left >= monitorLeft && extent.right <= monitorLeft + kMonitorWidth &&
-           extent.top >= 0 && extent.bottom <= kMonitorHeight;
-}
-
-void SetMonitor(Display* x, const char* name, int left) {
-    XRRMonitorInfo* monitor = XRRAllocateMonitor(x, 0);
-    monitor->name = XInternAtom(x, name, False);
-    monitor->x = left;
-    monitor->width = kMonitorWidth;
-    monitor->height = kMonitorHeight;
-    monitor->mwidth = 338;  // 96 dpi
-    monitor->mheight = 270;
-    XRRSetMonitor(x, DefaultRootWindow(x), monitor);
-    XRRFreeMonitors(monitor);
-}
-
-void MovePointer(Display* x, int toX, int toY) {
-    XWarpPointer(x, None, DefaultRootWindow(x), 0, 0, 0, 0, toX, toY);
-    XSync(x, False);
+    *at = {static_cast<short>(rootX), static_cast<short>(rootY)};
+    return rootX >= left && rootX + box.width + 2 * box.border_width <= left + 1280 && rootY >= 0 &&
+           rootY + box.height + 2 * box.border_width <= 1024;
 }
 
 TEST(MonitorFlows, DialogsOpenOnThePointersMonitorAndFollowItWhenTheirsGoes) {
     LiveProgram program("2560x1024x24");
     Display* x = program.X();
     ASSERT_NE(x, nullptr);
-    SetMonitor(x, "LEFT", 0);
-    SetMonitor(x, "RIGHT", kMonitorWidth);
-    MovePointer(x, 1900, 500);
+    const Window root = DefaultRootWindow(x);
+    for (const int left : {0, 1280}) {
+        XRRMonitorInfo* monitor = XRRAllocateMonitor(x, 0);
+        monitor->name = XInternAtom(x, left == 0 ? "LEFT" : "RIGHT", False);
+        monitor->x = left, monitor->width = 1280, monitor->height = 1024, monitor->mwidth = 338, monitor->mheight = 270;
+        XRRSetMonitor(x, root, monitor);
+        XRRFreeMonitors(monitor);
+    }
+    XWarpPointer(x, None, root, 0, 0, 0, 0, 1900, 500);
+    XSync(x, False);
 
-    const Window action = program.StartWithActions({"action id=1 title=\"First\""}).shell;
-    EXPECT_TRUE(OnMonitor(ExtentOf(x, action), kMonitorWidth));
+    Window shown[3] = {program.StartWithActions({"action id=1 title=\"First\""}).shell, 0, 0};
     program.Send({"message id=2 title=\"One\" text=\"first\"", "message id=3 title=\"Two\" text=\"second\""});
-    std::array<Window, 3> shown{action, 0, 0};
     program.WaitForDialog("One", &shown[1]);
     program.WaitForDialog("Two", &shown[2]);
-    const Extent one = ExtentOf(x, shown[1]);
-    const Extent two = ExtentOf(x, shown[2]);
-    EXPECT_TRUE(OnMonitor(one, kMonitorWidth));
-    EXPECT_TRUE(OnMonitor(two, kMonitorWidth));
-    EXPECT_GE(two.left, one.left + 20);
-    EXPECT_GE(two.top, one.top + 20);
+    XPoint at[3]{};
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(OnMonitor(x, shown[i], 1280, &at[i])) << i;
+    EXPECT_GE(at[2].x, at[1].x + 20);
+    EXPECT_GE(at[2].y, at[1].y + 20);
 
-    XRRDeleteMonitor(x, DefaultRootWindow(x), XInternAtom(x, "RIGHT", False));
-    MovePointer(x, 500, 500);
+    XRRDeleteMonitor(x, root, XInternAtom(x, "RIGHT", False));
+    XWarpPointer(x, None, root, 0, 0, 0, 0, 500, 500);
+    XSync(x, False);
     EXPECT_TRUE(program.WaitUntil([&] {
-        for (const Window window : shown) {
-            if (!OnMonitor(ExtentOf(x, window), 0)) return false;
+        for (int i = 0; i < 3; ++i) {
+            if (!OnMonitor(x, shown[i], 0, &at[i])) return false;
         }
         return true;
     }));

@@ -1,106 +1,51 @@
-// Where dialogs go on a desktop of several monitors: the head under the
-// pointer, each dialog wholly on it, messages stepped so that none hides
-// another.
-
+// Where dialogs go on several monitors: the head under the pointer, each
+// dialog wholly on it, messages stepped so that none hides another.
 #include <optional>
-#include <ostream>
-#include <set>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "ui/MonitorPlacement.h"
 
-void PrintTo(const Head& head, std::ostream* out) {
-    *out << head.width << "x" << head.height << "+" << head.x << "+" << head.y;
-}
-void PrintTo(const ScreenPoint& point, std::ostream* out) {
-    *out << "(" << point.x << ", " << point.y << ")";
-}
-bool operator==(const ScreenPoint& a, const ScreenPoint& b) {
-    return a.x == b.x && a.y == b.y;
-}
-
 namespace {
 
-// Two monitors side by side, then the whole screen, in the order a server
-// that joins them reports them.
-const Head kLeft{0, 0, 1280, 1024};
-const Head kRight{1280, 0, 1280, 1024};
-const Head kScreen{0, 0, 2560, 1024};
-const std::vector<Head> kTwoMonitors{kLeft, kRight, kScreen};
+// Two monitors side by side, then the whole screen, as a server that joins them lists them.
+const Head kLeft{0, 0, 1280, 1024}, kRight{1280, 0, 1280, 1024}, kScreen{0, 0, 2560, 1024};
 
-TEST(MonitorPlacement, TheHeadUnderThePointer) {
-    struct Case {
-        const char* what;
-        std::vector<Head> reported;
-        std::optional<ScreenPoint> pointer;
-        Head chosen;
-    };
-    const Case cases[] = {
-        {"right monitor, not the whole screen listed after it", kTwoMonitors, ScreenPoint{1900, 500}, kRight},
-        {"left monitor", kTwoMonitors, ScreenPoint{500, 500}, kLeft},
-        {"the right monitor's first column", kTwoMonitors, ScreenPoint{1280, 0}, kRight},
-        {"the left monitor's last pixel", kTwoMonitors, ScreenPoint{1279, 1023}, kLeft},
-        {"in a gap between monitors: the first", {kLeft, {1400, 0, 800, 600}}, ScreenPoint{1300, 700}, kLeft},
-        {"pointer on another screen: the first", kTwoMonitors, std::nullopt, kLeft},
-        {"no monitor reported: the whole screen", {}, ScreenPoint{1900, 500}, kScreen},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(HeadUnderPointer(HeadsOrScreen(c.reported, kScreen), c.pointer), c.chosen);
-    }
+std::pair<int, int> XY(ScreenPoint point) { return {point.x, point.y}; }
+
+TEST(MonitorPlacement, TheFirstHeadUnderThePointerElseTheFirstElseTheScreen) {
+    const std::vector<Head> two{kLeft, kRight, kScreen};
+    EXPECT_EQ(HeadUnderPointer(two, ScreenPoint{1900, 500}), kRight);  // not the screen listed after it
+    EXPECT_EQ(HeadUnderPointer(two, ScreenPoint{1280, 0}), kRight);
+    EXPECT_EQ(HeadUnderPointer(two, ScreenPoint{1279, 1023}), kLeft);
+    EXPECT_EQ(HeadUnderPointer({kLeft, {1400, 0, 800, 600}}, ScreenPoint{1300, 700}), kLeft);  // in a gap
+    EXPECT_EQ(HeadUnderPointer(two, std::nullopt), kLeft);  // the pointer on another screen
+    EXPECT_EQ(HeadUnderPointer(HeadsOrScreen({}, kScreen), ScreenPoint{1900, 500}), kScreen);
 }
 
-TEST(MonitorPlacement, CentredAndWhollyOnItsHead) {
+TEST(MonitorPlacement, CentredOrSteppedFromTheLastMessageAndWhollyOnTheHead) {
     struct Case {
-        const char* what;
         Head head;
         DialogSize size;
-        ScreenPoint origin;
+        std::optional<ScreenPoint> last;  // the last message's place, if one is open
+        std::pair<int, int> origin;
     };
     const Case cases[] = {
-        {"on the right monitor", kRight, {500, 300}, {1670, 362}},
-        {"odd room halved toward zero", {0, 0, 1001, 767}, {500, 300}, {250, 233}},
-        {"a monitor below the first", {0, 1024, 800, 600}, {200, 100}, {300, 1274}},
-        {"wider than its monitor: its left edge on the monitor's", kRight, {1400, 300}, {1280, 362}},
-        {"larger both ways: its top-left corner on the monitor's", {100, 50, 640, 480}, {800, 600}, {100, 50}},
+        {kRight, {500, 300}, {}, {1670, 362}},
+        {{0, 0, 1001, 767}, {500, 300}, {}, {250, 233}},      // halved toward zero
+        {{0, 1024, 800, 600}, {200, 100}, {}, {300, 1274}},   // a monitor below another
+        {kRight, {1400, 300}, {}, {1280, 362}},               // wider than the monitor: left edges meet
+        {{100, 50, 640, 480}, {800, 600}, {}, {100, 50}},     // larger both ways: top-left corners meet
+        {kRight, {500, 150}, ScreenPoint{1670, 437}, {1694, 461}},
+        {kRight, {500, 150}, ScreenPoint{2036, 850}, {2060, 874}},  // just fits the bottom-right corner
+        {kRight, {500, 150}, ScreenPoint{2050, 437}, {1280, 461}},  // past the right edge: from the left
+        {kRight, {500, 150}, ScreenPoint{1670, 860}, {1694, 0}},    // past the bottom: from the top
+        {kRight, {1400, 1100}, ScreenPoint{1280, 0}, {1280, 0}},    // larger: stays at the corner
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(CentredOn(c.head, c.size), c.origin);
-    }
-}
-
-TEST(MonitorPlacement, EachMessageStepsRightAndDownAndWrapsWithinItsHead) {
-    struct Case {
-        const char* what;
-        ScreenPoint last;
-        DialogSize size;
-        ScreenPoint next;
-    };
-    const Case cases[] = {
-        {"a step right and down", {1670, 437}, {500, 150}, {1694, 461}},
-        {"just fits at the bottom-right corner", {2036, 850}, {500, 150}, {2060, 874}},
-        {"past the right edge: from the left edge", {2050, 437}, {500, 150}, {1280, 461}},
-        {"past the bottom: from the top", {1670, 860}, {500, 150}, {1694, 0}},
-        {"past both: from the corner", {2050, 860}, {500, 150}, {1280, 0}},
-        {"larger than the monitor: at its corner", {1280, 0}, {1400, 1100}, {1280, 0}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(CascadedFrom(c.last, kRight, c.size), c.next);
-    }
-
-    // A long run of messages stays on the monitor, and none lands where an
-    // earlier one is.
-    const DialogSize message{500, 150};
-    std::set<std::pair<int, int>> taken;
-    ScreenPoint at = CentredOn(kRight, message);
-    for (int shown = 0; shown < 100; ++shown, at = CascadedFrom(at, kRight, message)) {
-        EXPECT_EQ(KeptOn(kRight, at, message), at) << shown;
-        EXPECT_TRUE(taken.insert({at.x, at.y}).second) << shown;
+        const ScreenPoint origin = c.last ? CascadedFrom(*c.last, c.head, c.size) : CentredOn(c.head, c.size);
+        EXPECT_EQ(XY(origin), c.origin) << "case " << &c - cases;
     }
 }
 
