@@ -86,7 +86,7 @@ set(ZAM_PACKAGE_MAINTAINER "ZAMClientUI maintainers <maintainers@users.noreply.c
   CACHE STRING "The Maintainer field of the Debian package")
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZAM_PACKAGE_MAINTAINER}")
 # Dependencies come from the binaries (dpkg-shlibdeps); scripts/package.sh
-# fails unless they name libxaw7.
+# fails unless they name libxaw7 and libxinerama1.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The app-defaults file names the Helvetica of xfonts-100dpi. The fonts are the
 # X server's, which may be another machine's, and without them the dialogs

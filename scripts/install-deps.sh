@@ -8,11 +8,13 @@ packages=(
   # toolchain
   g++ clang libclang-rt-14-dev cmake ninja-build pkg-config git
   # the program's own dependencies
-  libx11-dev libxt-dev libxaw7-dev
+  libx11-dev libxt-dev libxaw7-dev libxinerama-dev
   # tests, benchmarks and their peers
   libgtest-dev libgmock-dev libbenchmark-dev libexpat1-dev libxml2-dev libpugixml-dev
   # an X server of our own for the display tests and the demo
   xvfb xauth x11-utils xfonts-base libxtst-dev
+  # monitors set through RandR, and a window manager, for the end-to-end tests
+  libxrandr-dev twm
   # the dialogs' font (data/app-defaults/XZAMClientUI)
   xfonts-100dpi
   # the demo's screenshots: xwd, then xwdtopnm and pnmtopng; xdotool clicks the dialogs

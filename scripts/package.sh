@@ -9,7 +9,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-bash scripts/install-deps.sh g++ cmake ninja-build pkg-config libx11-dev libxt-dev libxaw7-dev dpkg-dev file >&2
+bash scripts/install-deps.sh g++ cmake ninja-build pkg-config libx11-dev libxt-dev libxaw7-dev libxinerama-dev \
+  dpkg-dev file >&2
 
 build=build/package
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -43,8 +44,10 @@ deb=${debs[0]}
 # Without dpkg-shlibdeps CPack writes no dependencies at all: a package that
 # installs and then cannot start.
 depends=$(dpkg-deb -f "$deb" Depends)
-if ! grep -q '\blibxaw7\b' <<<"$depends"; then
-  echo "package: the dependencies do not name libxaw7: '$depends'" >&2
-  exit 1
-fi
+for library in libxaw7 libxinerama1; do
+  if ! grep -q "\\b$library\\b" <<<"$depends"; then
+    echo "package: the dependencies do not name $library: '$depends'" >&2
+    exit 1
+  fi
+done
 echo "$deb"

@@ -24,6 +24,7 @@
 #include "ui/Attention.h"
 #include "ui/ControlLiteral.h"
 #include "ui/DialogScale.h"
+#include "ui/DialogPlacement.h"
 #include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
@@ -517,7 +518,7 @@ void Build() {
     XtRealizeWidget(w.shell);
     WidenForScrollbar(w.viewport);
     WidenForScrollbar(w.snoozeViewport);
-    CenterDialogOnDisplay(w.shell);
+    PlaceDialog(w.shell);
     AnnounceDeleteWindow(w.shell);
     IdentifyWindow(w.shell, WindowRole::ActionDialog);
     ClearUrgencyOnTouch(w.shell);

@@ -1,6 +1,7 @@
 #include "ui/ClientUITimer.h"
 
 #include "app/Tick.h"
+#include "ui/DialogPlacement.h"
 #include "ui/XGlobals.h"
 
 namespace {
@@ -25,4 +26,5 @@ void StartClientUITick() {
 void ClientUITick(XtPointer, XtIntervalId*) {
     const TickRearmGuard rearm;
     RunClientUITick();
+    KeepDialogsOnMonitors();
 }

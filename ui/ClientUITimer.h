@@ -11,6 +11,7 @@ constexpr unsigned long kTickMilliseconds = 1000;
 // Adds the first time-out. Once, after the application context exists.
 void StartClientUITick();
 
-// The time-out's procedure: the tick's work (RunClientUITick), then the next
-// time-out.
+// The time-out's procedure: the tick's work (RunClientUITick), the shown
+// dialogs kept on monitors that are there (KeepDialogsOnMonitors), then the
+// next time-out.
 void ClientUITick(XtPointer closure, XtIntervalId* id);

@@ -103,7 +103,7 @@ void DialogWindow::SetText(Widget widget, const char* resource, ControlString te
 
 void DialogWindow::Present(Widget text, WindowRole role) {
     XtRealizeWidget(shell_);
-    CenterDialogOnDisplay(shell_);
+    PlaceDialog(shell_, role == WindowRole::Message ? Placement::Cascaded : Placement::Centred);
     AnnounceDeleteWindow(shell_);
     MakeTextScrollable(text);
     IdentifyWindow(shell_, role);

@@ -11,6 +11,7 @@
 #include "base/unicode/UString.h"
 #include "ui/ControlLiteral.h"
 #include "ui/WindowIdentity.h"
+#include "ui/DialogPlacement.h"
 
 #include <X11/Intrinsic.h>
 
@@ -54,9 +55,10 @@ public:
     // previous SetText of the same resource handed over, so a dialog whose
     // texts are replaced again and again does not grow.
     void SetText(Widget widget, const char* resource, ControlString text);
-    // Realizes and centres the shell, announces WM_DELETE_WINDOW, lets the
-    // text area (if any) scroll by hand (MakeTextScrollable), tells the
-    // window manager what the window is (IdentifyWindow), then maps it.
+    // Realizes the shell and places it (PlaceDialog: a message steps aside
+    // from the last one, the others are centred), announces WM_DELETE_WINDOW,
+    // lets the text area (if any) scroll by hand (MakeTextScrollable), tells
+    // the window manager what the window is (IdentifyWindow), then maps it.
     void Present(Widget text, WindowRole role = WindowRole::Subordinate);
     // Destroys the shell, then frees the texts. Harmless when there is none.
     void Destroy();

@@ -25,20 +25,6 @@ constexpr int kWindowFrame = 16;
 
 }  // namespace
 
-CenteredOrigin CenterOn(int screenWidth, int screenHeight, int width, int height) {
-    return CenteredOrigin{std::max((screenWidth - width) / 2, 0), std::max((screenHeight - height) / 2, 0)};
-}
-
-void CenterDialogOnDisplay(Widget widget) {
-    if (widget == nullptr) return;
-    Dimension width = 0;
-    Dimension height = 0;
-    XtVaGetValues(widget, XtNwidth, &width, XtNheight, &height, nullptr);
-    const Screen* screen = DefaultScreenOfDisplay(XtDisplay(widget));
-    const CenteredOrigin origin = CenterOn(WidthOfScreen(screen), HeightOfScreen(screen), width, height);
-    XtVaSetValues(widget, XtNx, static_cast<Position>(origin.x), XtNy, static_cast<Position>(origin.y), nullptr);
-}
-
 void OverrideScrollbarTranslations(Widget scrollbar) {
     if (scrollbar == nullptr) return;
     // Parsed once: the toolkit never frees a parsed table.

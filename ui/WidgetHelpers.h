@@ -26,20 +26,6 @@ constexpr char kTextWheelTranslations[] =
 // Keys still arrive as plain key events.
 constexpr char kOpenInputMethod[] = "openIm";
 
-// The origin that centres a widget of the given size on a screen of the given
-// size (halved toward zero), never left of or above the screen's corner: a
-// widget larger than the screen starts at 0, so its top and left, where the
-// title and the first texts are, stay in reach.
-struct CenteredOrigin {
-    int x;
-    int y;
-};
-CenteredOrigin CenterOn(int screenWidth, int screenHeight, int width, int height);
-
-// Moves the widget so that it sits in the middle of its display's default
-// screen, by its current "width" and "height".
-void CenterDialogOnDisplay(Widget widget);
-
 // Gives the scroll bar kScrollbarTranslations.
 void OverrideScrollbarTranslations(Widget scrollbar);
 

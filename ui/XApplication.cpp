@@ -7,6 +7,7 @@
 #include "ui/ClientUITimer.h"
 #include "ui/DefaultFontSet.h"
 #include "ui/DialogScale.h"
+#include "ui/DialogPlacement.h"
 #include "ui/DialogWindow.h"
 #include "ui/ErrorHandlers.h"
 #include "ui/LocaleCheck.h"
@@ -78,6 +79,7 @@ void DestroyApplicationContext() {
     // again, and that report must not destroy the context a second time.
     XtAppContext context = app_context;
     ForgetDialogWindows();
+    ForgetPlacedDialogs();
     app_context = nullptr;
     display = nullptr;
     if (context != nullptr) XtDestroyApplicationContext(context);

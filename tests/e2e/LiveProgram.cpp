@@ -46,8 +46,8 @@ auto Checked(Call call) {
 
 }  // namespace
 
-LiveProgram::LiveProgram() {
-    if (!xvfb_.Start()) ADD_FAILURE() << xvfb_.Failure();
+LiveProgram::LiveProgram(const std::string& screen) {
+    if (!xvfb_.Start(screen)) ADD_FAILURE() << xvfb_.Failure();
 }
 
 LiveProgram::~LiveProgram() {

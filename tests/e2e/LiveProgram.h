@@ -38,8 +38,9 @@ struct ActionDialogWindows {
 
 class LiveProgram {
 public:
-    // Starts the Xvfb; the test fails if it cannot.
-    LiveProgram();
+    // Starts the Xvfb with one screen of `screen` (XvfbServer::Start); the
+    // test fails if it cannot.
+    explicit LiveProgram(const std::string& screen = kDefaultScreen);
     ~LiveProgram();
 
     // Starts the program, waits for ReadyForData and sends the scenario's

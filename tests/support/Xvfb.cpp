@@ -32,7 +32,7 @@ private:
 
 }  // namespace
 
-bool XvfbServer::Start() {
+bool XvfbServer::Start(const std::string& screen) {
     Stop();
     failure_.clear();
     int fds[2];
@@ -46,7 +46,7 @@ bool XvfbServer::Start() {
     // An explicit environment: nothing of the test's own (no DISPLAY, no
     // XAUTHORITY) reaches the server.
     const bool started = devNull >= 0 && server_.Exec("/usr/bin/Xvfb", {"PATH=/usr/local/bin:/usr/bin:/bin"},
-                                                      {"-nolisten", "tcp", "-noreset", "-screen", "0", "1024x768x24",
+                                                      {"-nolisten", "tcp", "-noreset", "-screen", "0", screen,
                                                        "-displayfd", std::to_string(kDisplayFd)},
                                                       {{0, devNull}, {1, devNull}, {2, devNull}, {kDisplayFd, fds[1]}});
     if (devNull >= 0) close(devNull);

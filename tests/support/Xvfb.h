@@ -10,6 +10,8 @@
 
 #include "tests/support/ChildProcess.h"
 
+constexpr char kDefaultScreen[] = "1024x768x24";
+
 // One Xvfb process, owned by the process that started it (a forked child that
 // inherits the object never stops the server). The server ends with the
 // thread that started it, also when the test crashes or is killed.
@@ -20,8 +22,9 @@ public:
     XvfbServer(const XvfbServer&) = delete;
     XvfbServer& operator=(const XvfbServer&) = delete;
 
-    // False (with the reason in Failure()) when the server did not report a display.
-    bool Start();
+    // False (with the reason in Failure()) when the server did not report a
+    // display. `screen` is Xvfb's WIDTHxHEIGHTxDEPTH.
+    bool Start(const std::string& screen = kDefaultScreen);
     // SIGTERM, then SIGKILL if it has not ended within a few seconds.
     void Stop();
 

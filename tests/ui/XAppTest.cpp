@@ -19,6 +19,7 @@
 #include "tests/support/ProgramSettings.h"
 #include "tests/support/Xvfb.h"
 #include "ui/DefaultFontSet.h"
+#include "ui/DialogPlacement.h"
 #include "ui/FontOwners.h"
 #include "ui/HiddenWindow.h"
 #include "ui/WidgetHelpers.h"
@@ -171,15 +172,17 @@ TEST_F(XApp, TheDefaultFontSetOfAServerWithFonts) {
 }
 
 TEST_F(XApp, CentresAndScrollsWidgets) {
+    // One monitor, the whole screen.
     const Widget shell = SizedShell();
-    CenterDialogOnDisplay(shell);
+    PlaceDialog(shell);
     Position x = 0;
     Position y = 0;
-    XtVaGetValues(shell, XtNx, &x, XtNy, &y, nullptr);
-    EXPECT_EQ(x, (1024 - 200) / 2);
-    EXPECT_EQ(y, (768 - 100) / 2);
+    Dimension border = 0;
+    XtVaGetValues(shell, XtNx, &x, XtNy, &y, XtNborderWidth, &border, nullptr);
+    EXPECT_EQ(x, (1024 - 200 - 2 * border) / 2);
+    EXPECT_EQ(y, (768 - 100 - 2 * border) / 2);
     XtVaSetValues(shell, XtNwidth, 3000, XtNheight, 800, nullptr);  // larger than the screen: at its corner
-    CenterDialogOnDisplay(shell);
+    PlaceDialog(shell);
     XtVaGetValues(shell, XtNx, &x, XtNy, &y, nullptr);
     EXPECT_EQ(x, 0);
     EXPECT_EQ(y, 0);
