@@ -22,6 +22,7 @@
 #include "text/UFormat.h"
 #include "ui/ActionDialogGeometry.h"
 #include "ui/ControlLiteral.h"
+#include "ui/KeyboardFocus.h"
 #include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
@@ -145,6 +146,7 @@ void SetInteractive(bool sensitive) {
                           dialog.w.snoozeList, dialog.w.list}) {
         SetSensitive(widget, sensitive);
     }
+    KeyboardFocus::Settle(dialog.w.shell);
 }
 
 // ---- Texts ----
@@ -295,6 +297,7 @@ void Refresh() {
     if (dialog.w.shell == nullptr || !dialog.enabled) return;
     RebuildActionList();
     RefreshTextsAndButtons();
+    KeyboardFocus::Settle(dialog.w.shell);
 }
 
 // Pays a refresh nobody flushed once the loop has nothing else to do.
@@ -354,6 +357,7 @@ void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
             XawListUnhighlight(dialog.w.list);
         }
         RefreshTextsAndButtons();
+        KeyboardFocus::Settle(dialog.w.shell);
     } catch (...) {
         ReportBuildFailure();
     }
@@ -499,6 +503,11 @@ void Build() {
     XtAddCallback(w.details, XtNcallback, OnButton<ActionButton::Details>, nullptr);
     XtAddCallback(w.snoozeButton, XtNcallback, OnSnooze, nullptr);
     XtAddCallback(w.snoozeList, XtNcallback, OnSnoozeSelect, nullptr);
+    // Reading order; the list first, where Return takes nothing.
+    KeyboardFocus::Attach(w.shell,
+                          {{w.list, "PostponeListSelect"}, {w.takeAll}, {w.take}, {w.cancel}, {w.details},
+                           {w.snoozeList}, {w.snoozeButton}},
+                          0, {});
 
     XtRealizeWidget(w.shell);
     WidenForScrollbar(w.viewport);

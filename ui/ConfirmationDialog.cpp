@@ -4,6 +4,7 @@
 #include "app/ClientLink.h"
 #include "ui/DialogLayout.h"
 #include "ui/DialogWindow.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XGlobals.h"
 
 #include <X11/StringDefs.h>
@@ -56,6 +57,8 @@ void Build(const ActionRequest& action) {
     SpaceUnder(cancel, ok, text);
     XtAddCallback(cancel, XtNcallback, Answered, nullptr);
     XtAddCallback(ok, XtNcallback, Answered, reinterpret_cast<XtPointer>(1));
+    // Cancel first: Return alone declines, and OK takes a Tab on purpose.
+    KeyboardFocus::Attach(window.Shell(), {{cancel}, {ok}}, 0, {cancel, nullptr});
     window.Present(text);
 }
 

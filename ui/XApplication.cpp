@@ -8,6 +8,7 @@
 #include "ui/DefaultFontSet.h"
 #include "ui/DialogWindow.h"
 #include "ui/ErrorHandlers.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/LocaleCheck.h"
 #include "ui/WindowManagerClose.h"
 #include "ui/XGlobals.h"
@@ -60,6 +61,7 @@ int InitXApp(int argc, char** argv) {
     ConfigValidDefaultFontSet();
     XtAppSetErrorHandler(app_context, Xt_ErrorHandler);
     XtAppAddActions(app_context, globalActions, XtNumber(globalActions));
+    KeyboardFocus::RegisterActions(app_context);
     StartClientUITick();
     try {
         XtAppMainLoop(app_context);
