@@ -28,6 +28,7 @@
 #include "text/FormatFile.h"
 #include "ui/ActionRequestDialog.h"
 #include "ui/ErrorHandlers.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XApplication.h"
 #include "ui/XDialogCalls.h"
 #include "ui/XGlobals.h"
@@ -96,6 +97,7 @@ protected:
         char name[] = "ZAMClientUI", *argv[] = {name, nullptr};
         display = XtOpenDisplay(app_context, nullptr, nullptr, "XZAMClientUI", nullptr, 0, &argc, argv);
         ASSERT_NE(display, nullptr);
+        KeyboardFocus::RegisterActions(app_context);
         XSetErrorHandler(X_ErrorHandler);
     }
 
