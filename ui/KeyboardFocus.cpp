@@ -20,12 +20,12 @@
 namespace KeyboardFocus {
 namespace {
 
-// Bound on each control of a dialog's focus order. Shift+Tab comes before
-// Tab, which matches it too; the keypad's Enter is Return's twin.
+// Bound on each control of a dialog's focus order. Tab says "without
+// Shift": unqualified, it would match Shift+Tab too. The keypad's Enter is
+// Return's twin.
 constexpr char kControlKeys[] =
     "Shift<Key>Tab: FocusPrevious()\n"
-    "<Key>ISO_Left_Tab: FocusPrevious()\n"
-    "<Key>Tab: FocusNext()\n"
+    "~Shift<Key>Tab: FocusNext()\n"
     "<Key>Return: PressFocused()\n"
     "<Key>KP_Enter: PressFocused()\n"
     "<Key>space: PressFocused()\n"

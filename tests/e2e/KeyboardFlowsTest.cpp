@@ -103,6 +103,19 @@ public:
         EXPECT_TRUE(Marked(program_.X(), order[index])) << "control " << index << " never took the focus";
     }
 
+    // With keys, each of `keys` in turn, and the control of `order` it should
+    // move the focus to: Tab and Shift+Tab go each their own way round.
+    void ExpectSteps(Window shell, const std::vector<Window>& order,
+                     const std::vector<std::pair<const char*, std::size_t>>& steps) {
+        if (!keys_) return;
+        WaitForAnyMark(order);
+        for (const auto& [key, index] : steps) {
+            Type(shell, {key});
+            EXPECT_TRUE(program_.WaitUntil([&] { return Marked(program_.X(), order[index]); }))
+                << key << " did not move the focus to control " << index;
+        }
+    }
+
     // Selects shown row `row` of the list that is control `index`: a click,
     // or the focus moved there and `keys`.
     void Row(Window shell, const std::vector<Window>& order, std::size_t index, Window list,
@@ -168,6 +181,9 @@ std::vector<std::string> Converse(LiveProgram& program, bool keys) {
                   "action id=3 title=Three"});
     const ActionDialogWindows w = program.WaitForActionDialog();
     const std::vector<Window> order = FocusOrder(program, w);
+    // From the list, where the focus starts: nothing is chosen, so Take All
+    // is the only button before the snooze list that takes input.
+    drive.ExpectSteps(w.shell, order, {{"Tab", 1}, {"+Tab", 0}, {"+Tab", 6}, {"+Tab", 5}, {"Tab", 6}, {"Tab", 0}});
     for (const char* key : {"Return", "Escape"}) {
         program.Send({"quiet-start end=+1h"});
         drive.Answer(kNotice, 1, {key});
