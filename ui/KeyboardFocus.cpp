@@ -76,9 +76,13 @@ bool IsList(Widget widget) { return widget != nullptr && XtIsSubclass(widget, li
 
 bool IsButton(Widget widget) { return widget != nullptr && XtIsSubclass(widget, commandWidgetClass); }
 
+// A control takes input while it is sensitive and shown: the details button
+// of an action without a preview is kept but never mapped.
+bool TakesInput(Widget control) { return XtIsSensitive(control) == True && control->core.mapped_when_managed; }
+
 std::vector<bool> Sensitivity(const FocusRing& ring) {
     std::vector<bool> sensitive;
-    for (const FocusStop& stop : ring.order) sensitive.push_back(XtIsSensitive(stop.widget) == True);
+    for (const FocusStop& stop : ring.order) sensitive.push_back(TakesInput(stop.widget));
     return sensitive;
 }
 
@@ -130,12 +134,12 @@ void SettleRing(FocusRing& ring) {
 Widget FocusedControl(const FocusRing& ring) {
     if (ring.focused < 0 || ring.focused >= static_cast<int>(ring.order.size())) return nullptr;
     const Widget control = ring.order[static_cast<std::size_t>(ring.focused)].widget;
-    return XtIsSensitive(control) == True ? control : nullptr;
+    return TakesInput(control) ? control : nullptr;
 }
 
 // A press as a click's: the button's callbacks, only while it takes input.
 void Press(Widget button) {
-    if (IsButton(button) && XtIsSensitive(button) == True) XtCallCallbacks(button, XtNcallback, nullptr);
+    if (IsButton(button) && TakesInput(button)) XtCallCallbacks(button, XtNcallback, nullptr);
 }
 
 // The rows of a list that are items: a list never shown empty pads itself
