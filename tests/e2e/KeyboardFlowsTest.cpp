@@ -133,11 +133,11 @@ public:
     }
 
     // Presses control `index`: a click once the dialog takes input, or the
-    // focus moved there and Return.
-    void Press(Window shell, const std::vector<Window>& order, std::size_t index) {
+    // focus moved there and `key`.
+    void Press(Window shell, const std::vector<Window>& order, std::size_t index, const char* key = "Return") {
         if (keys_) {
             TabTo(shell, order, index, false);
-            Type(shell, {"Return"});
+            Type(shell, {key});
         } else {
             WaitForAnyMark(order);
             program_.Click(order[index]);
@@ -193,8 +193,8 @@ std::vector<std::string> Converse(LiveProgram& program, bool keys) {
     drive.Press(w.shell, order, 2);  // takes Two
     EXPECT_TRUE(program.WaitUntil([&] { return program.ShownRows(w.list).size() == 2; }));
     drive.Row(w.shell, order, 0, w.list, {"Home"}, 0);
-    for (const char* key : {"Return", "Escape"}) {
-        drive.Press(w.shell, order, 4);
+    for (const auto& [press, key] : {std::pair{"Return", "Return"}, {"space", "Escape"}}) {
+        drive.Press(w.shell, order, 4, press);
         drive.Answer(kDetails, 1, {key});
     }
     // Declined by Escape, then by a lone Return (the focus starts on Cancel),
