@@ -7,7 +7,6 @@
 
 #include "ui/DialogWindow.h"
 #include "ui/FocusSteps.h"
-#include "ui/WidgetHelpers.h"
 
 #include <X11/IntrinsicP.h>
 #include <X11/Shell.h>
@@ -87,7 +86,8 @@ std::vector<bool> Sensitivity(const FocusRing& ring) {
 }
 
 Pixel FocusPixel(Widget widget) {
-    // Allocated once per display: a read-write map never gives this colour up.
+    // Allocated once per display and kept while it is open: every dialog
+    // marks its focus with it.
     static Display* allocatedOn = nullptr;
     static Pixel pixel = 0;
     if (allocatedOn != XtDisplay(widget)) {
@@ -142,8 +142,8 @@ void Press(Widget button) {
     if (IsButton(button) && TakesInput(button)) XtCallCallbacks(button, XtNcallback, nullptr);
 }
 
-// The rows of a list that are items: a list never shown empty pads itself
-// with blank rows, and those are no choice.
+// The rows of a list that are items: the blank rows the action dialog pads
+// an empty or awkwardly sized list with are no choice.
 int ItemCount(Widget list) {
     String* items = nullptr;
     int count = 0;
