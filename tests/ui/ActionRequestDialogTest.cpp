@@ -406,23 +406,19 @@ TEST_F(ActionDialog, TheDescriptionScrollsByHand) {
 // The wheel scrolls both lists, a notch down and back up, and leaves the
 // choice as it was.
 TEST_F(ActionDialog, BothListsScrollByTheWheel) {
+    static const std::vector<std::string> titles(20, "An action");
     std::vector<ActionRequest> many;
-    std::vector<std::string> titles(20);
-    for (std::size_t i = 0; i < titles.size(); ++i) {
-        titles[i] = "Action " + std::to_string(i);
-        many.push_back(Action(i + 1, titles[i].c_str()));
-    }
+    for (std::size_t i = 0; i < titles.size(); ++i) many.push_back(Action(i + 1, titles[i].c_str()));
     ReplaceActions(many);
     Show(1);  // the first snooze entry chosen, at the top
     for (const char* viewport : {"viewport", "snoozeViewport"}) {
-        const Widget list = ListOf(viewport);
         const std::string chosen = Current(viewport);
         std::vector<int> tops;
         Position y = 0;
         for (const unsigned button : {5u, 4u}) {
-            ClickThroughServer(display, XtWindow(list), 5, 5 - y, button);  // in the shown part
+            ClickThroughServer(display, XtWindow(ListOf(viewport)), 5, 5 - y, button);  // in the shown part
             Pump();
-            XtVaGetValues(list, XtNy, &y, nullptr);
+            XtVaGetValues(ListOf(viewport), XtNy, &y, nullptr);
             tops.push_back(y);
         }
         EXPECT_LT(tops[0], 0) << viewport;
