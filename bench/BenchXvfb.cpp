@@ -7,6 +7,7 @@
 
 #include "app/Settings.h"
 #include "ui/DefaultFontSet.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XGlobals.h"
 
 #include <X11/Intrinsic.h>
@@ -55,6 +56,7 @@ bool OpenProgramDisplay() {
     display = XtOpenDisplay(app_context, nullptr, nullptr, "XZAMClientUI", nullptr, 0, &count, args);
     if (display == nullptr) return false;
     ConfigValidDefaultFontSet();
+    KeyboardFocus::RegisterActions(app_context);  // as the program does before any widget
     return true;
 }
 

@@ -14,7 +14,7 @@ trap 'rm -f "$log"' EXIT
 
 cmake --preset e2e >/dev/null
 cmake --build --preset e2e -j "$jobs" --target ZAMClientUI zam-client EndToEndTest ActionDialogFlowsTest DialogFlowsTest \
-  ConsentFlowsTest LongWaitTest WindowManagerTest MonitorFlowsTest SoakDriver 2>&1 | tee "$log"
+  ConsentFlowsTest KeyboardFlowsTest LongWaitTest WindowManagerTest MonitorFlowsTest SoakDriver 2>&1 | tee "$log"
 if grep -q 'warning:' "$log"; then
   echo "compiler warnings in the e2e build:"
   grep 'warning:' "$log"

@@ -4,6 +4,7 @@
 #include "app/ClientLink.h"
 #include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XGlobals.h"
 
 #include <X11/StringDefs.h>
@@ -43,6 +44,7 @@ void Build(EntryNumber entry) {
                                                                 {XtNfromVert, WidgetValue(text)}});
     CentreUnder(button, text);
     XtAddCallback(button, XtNcallback, OkPressed, nullptr);
+    KeyboardFocus::Attach(window.Shell(), {{button}}, 0, {button, button});
     window.Present(text);
 }
 

@@ -25,6 +25,7 @@
 #include "ui/ControlLiteral.h"
 #include "ui/DialogScale.h"
 #include "ui/DialogPlacement.h"
+#include "ui/KeyboardFocus.h"
 #include "app/SnoozeChoices.h"
 #include "ui/WidgetHelpers.h"
 #include "ui/WindowManagerClose.h"
@@ -155,6 +156,7 @@ void SetInteractive(bool sensitive) {
                           dialog.w.snoozeList, dialog.w.list}) {
         SetSensitive(widget, sensitive);
     }
+    KeyboardFocus::Settle(dialog.w.shell);
 }
 
 // ---- Texts ----
@@ -306,6 +308,7 @@ void Refresh() {
     if (dialog.w.shell == nullptr || !dialog.enabled) return;
     RebuildActionList();
     RefreshTextsAndButtons();
+    KeyboardFocus::Settle(dialog.w.shell);
 }
 
 // Pays a refresh nobody flushed once the loop has nothing else to do.
@@ -365,6 +368,7 @@ void PostponeListSelect(Widget, XEvent*, String*, Cardinal*) {
             XawListUnhighlight(dialog.w.list);
         }
         RefreshTextsAndButtons();
+        KeyboardFocus::Settle(dialog.w.shell);
     } catch (...) {
         ReportBuildFailure();
     }
@@ -514,6 +518,11 @@ void Build() {
     XtAddCallback(w.details, XtNcallback, OnButton<ActionButton::Details>, nullptr);
     XtAddCallback(w.snoozeButton, XtNcallback, OnSnooze, nullptr);
     XtAddCallback(w.snoozeList, XtNcallback, OnSnoozeSelect, nullptr);
+    // Reading order; the list first, where Return takes nothing.
+    KeyboardFocus::Attach(w.shell,
+                          {{w.list, "PostponeListSelect"}, {w.takeAll}, {w.take}, {w.cancel}, {w.details},
+                           {w.snoozeList}, {w.snoozeButton}},
+                          0, {});
 
     XtRealizeWidget(w.shell);
     WidenForScrollbar(w.viewport);

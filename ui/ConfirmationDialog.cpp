@@ -5,6 +5,7 @@
 #include "ui/DialogLayout.h"
 #include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XGlobals.h"
 
 #include <X11/StringDefs.h>
@@ -60,6 +61,8 @@ void Build(const ActionRequest& action) {
     SpaceUnder(cancel, ok, text);
     XtAddCallback(cancel, XtNcallback, Answered, nullptr);
     XtAddCallback(ok, XtNcallback, Answered, reinterpret_cast<XtPointer>(1));
+    // Cancel first: Return alone declines, and OK takes a Tab on purpose.
+    KeyboardFocus::Attach(window.Shell(), {{cancel}, {ok}}, 0, {cancel, nullptr});
     window.Present(text);
 }
 

@@ -9,6 +9,7 @@
 #include "text/UFormat.h"
 #include "ui/DialogScale.h"
 #include "ui/DialogWindow.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XGlobals.h"
 
 #include <X11/Shell.h>
@@ -95,6 +96,7 @@ void Build(OpenMessage& message, MessageTexts texts) {
                                                            {XtNfromVert, WidgetValue(text)}});
     CentreUnder(button, text);
     XtAddCallback(button, XtNcallback, Dismissed, nullptr);
+    KeyboardFocus::Attach(message.window.Shell(), {{button}}, 0, {button, button});
     message.window.Present(text, WindowRole::Message);
 }
 

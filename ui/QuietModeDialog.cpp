@@ -3,6 +3,7 @@
 #include "app/ClientLink.h"
 #include "text/LocalizedStrings.h"
 #include "ui/DialogWindow.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XGlobals.h"
 
 #include <X11/StringDefs.h>
@@ -34,6 +35,7 @@ void Build(Instant start, Instant end) {
                                                                 {XtNfromVert, WidgetValue(label)}});
     CentreUnder(button, label);
     XtAddCallback(button, XtNcallback, OkPressed, nullptr);
+    KeyboardFocus::Attach(window.Shell(), {{button}}, 0, {button, button});
     window.Present(nullptr);
 }
 

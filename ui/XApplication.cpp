@@ -10,6 +10,7 @@
 #include "ui/DialogPlacement.h"
 #include "ui/DialogWindow.h"
 #include "ui/ErrorHandlers.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/LocaleCheck.h"
 #include "ui/WindowManagerClose.h"
 #include "ui/XGlobals.h"
@@ -63,6 +64,7 @@ int InitXApp(int argc, char** argv) {
     ReadDialogScale(display);
     XtAppSetErrorHandler(app_context, Xt_ErrorHandler);
     XtAppAddActions(app_context, globalActions, XtNumber(globalActions));
+    KeyboardFocus::RegisterActions(app_context);
     StartClientUITick();
     try {
         XtAppMainLoop(app_context);

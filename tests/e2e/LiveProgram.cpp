@@ -62,7 +62,7 @@ void LiveProgram::Start(const Scenario& scenario) {
     // An explicit environment: nothing of the test's own reaches the program.
     // An installed app-defaults file or a user's resources never change what a test sees.
     options.environment = {"DISPLAY=" + xvfb_.DisplayName(), "PATH=/usr/bin:/bin", "LANG=C",
-                           "HOME=" + sandbox_.Root(), "XFILESEARCHPATH=/nonexistent/%N",
+                           "HOME=" + sandbox_.Root(), "XFILESEARCHPATH=" + appDefaults_,
                            "XUSERFILESEARCHPATH=/nonexistent/%N"};
     options.baseDirectory = sandbox_.Path("base");
     options.readyTimeout = kCeiling;
@@ -87,6 +87,14 @@ std::optional<Report> LiveProgram::WaitFor(const std::string& kind, std::optiona
 
 std::vector<Report> LiveProgram::ThreeTicks() {
     return Checked([&] { return session_->Collect(SteadyClock::now() + std::chrono::seconds(3)); });
+}
+
+std::vector<std::string> LiveProgram::ThreeTicksOfDocuments() {
+    const auto until = SteadyClock::now() + std::chrono::seconds(3);
+    std::vector<std::string> documents;
+    std::string payload;
+    while (session_->Process().Next(payload, until) == UIProcess::Event::Frame) documents.push_back(payload);
+    return documents;
 }
 
 int LiveProgram::CloseAndWait() {

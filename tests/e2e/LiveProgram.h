@@ -48,6 +48,9 @@ public:
     // call below, a failure of the client's becomes an exception with its
     // message, which fails the test.
     void Start(const Scenario& scenario = Scenario());
+    // From the next Start on, the program reads the checkout's app-defaults
+    // file, as an installed one is read; without this call, none.
+    void UseShippedAppDefaults() { appDefaults_ = ZAM_SOURCE_DIR "/data/app-defaults/%N"; }
     // Plays the scenario's steps.
     void Play(const Scenario& scenario);
     const ::Sandbox& Files() const { return sandbox_; }
@@ -59,6 +62,9 @@ public:
     std::optional<Report> WaitFor(const std::string& kind, std::optional<unsigned long long> id = std::nullopt);
     // Everything reported during the next three ticks.
     std::vector<Report> ThreeTicks();
+    // The documents the program sends during the next three ticks, byte for
+    // byte; what an earlier WaitFor read is not among them.
+    std::vector<std::string> ThreeTicksOfDocuments();
     // Closes the pipe; the program's exit status.
     int CloseAndWait();
 
@@ -121,4 +127,5 @@ private:
     ::Sandbox sandbox_;
     std::unique_ptr<Session> session_;
     Display* display_ = nullptr;
+    std::string appDefaults_ = "/nonexistent/%N";
 };

@@ -28,6 +28,7 @@
 #include "text/FormatFile.h"
 #include "ui/ActionRequestDialog.h"
 #include "ui/ErrorHandlers.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/XApplication.h"
 #include "ui/XDialogCalls.h"
 #include "ui/XGlobals.h"
@@ -96,6 +97,7 @@ protected:
         char name[] = "ZAMClientUI", *argv[] = {name, nullptr};
         display = XtOpenDisplay(app_context, nullptr, nullptr, "XZAMClientUI", nullptr, 0, &argc, argv);
         ASSERT_NE(display, nullptr);
+        KeyboardFocus::RegisterActions(app_context);
         XSetErrorHandler(X_ErrorHandler);
     }
 
@@ -399,6 +401,30 @@ TEST_F(ActionDialog, TheDescriptionScrollsByHand) {
     ASSERT_EQ(top.size(), 4u);
     EXPECT_EQ(std::vector<int>(top.begin(), top.begin() + 3), (std::vector<int>{3, 6, 3}));
     EXPECT_GT(top[3], 150);
+}
+
+// The wheel scrolls both lists, a notch down and back up, and leaves the
+// choice as it was.
+TEST_F(ActionDialog, BothListsScrollByTheWheel) {
+    static const std::vector<std::string> titles(20, "An action");
+    std::vector<ActionRequest> many;
+    for (std::size_t i = 0; i < titles.size(); ++i) many.push_back(Action(i + 1, titles[i].c_str()));
+    ReplaceActions(many);
+    Show(1);  // the first snooze entry chosen, at the top
+    for (const char* viewport : {"viewport", "snoozeViewport"}) {
+        const std::string chosen = Current(viewport);
+        std::vector<int> tops;
+        Position y = 0;
+        for (const unsigned button : {5u, 4u}) {
+            ClickThroughServer(display, XtWindow(ListOf(viewport)), 5, 5 - y, button);  // in the shown part
+            Pump();
+            XtVaGetValues(ListOf(viewport), XtNy, &y, nullptr);
+            tops.push_back(y);
+        }
+        EXPECT_LT(tops[0], 0) << viewport;
+        EXPECT_EQ(tops[1], 0) << viewport;
+        EXPECT_EQ(Current(viewport), chosen) << viewport;
+    }
 }
 
 // Last, on a second display of its own, left open until the program ends.

@@ -23,6 +23,7 @@
 #include "text/LocalizedStrings.h"
 #include "ui/ActionDetailsDialog.h"
 #include "ui/ConfirmationDialog.h"
+#include "ui/KeyboardFocus.h"
 #include "ui/MessageDialog.h"
 #include "ui/QuietModeDialog.h"
 #include "ui/XApplication.h"
@@ -77,6 +78,7 @@ void OpenDisplay() {
     char name[] = "DialogsTest";
     char* argv[] = {name, nullptr};
     display = XtOpenDisplay(app_context, nullptr, nullptr, "XZAMClientUI", nullptr, 0, &argc, argv);
+    KeyboardFocus::RegisterActions(app_context);
 }
 
 Widget Child(Widget shell, const char* name) { return XtNameToWidget(shell, (std::string("form.") + name).c_str()); }
