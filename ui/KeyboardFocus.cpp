@@ -203,12 +203,32 @@ void FocusNextAction(Widget widget, XEvent*, String*, Cardinal*) { Step(widget, 
 
 void FocusPreviousAction(Widget widget, XEvent*, String*, Cardinal*) { Step(widget, -1); }
 
+// The text area's own action for a key that moves a list: a read-only
+// text scrolls by it (its caret is never shown).
+const char* TextScrollFor(ListStep step) {
+    switch (step) {
+        case ListStep::Up: return "scroll-one-line-down";
+        case ListStep::Down: return "scroll-one-line-up";
+        case ListStep::PageUp: return "previous-page";
+        case ListStep::PageDown: return "next-page";
+        case ListStep::Home: return "beginning-of-file";
+        case ListStep::End: return "end-of-file";
+    }
+    return nullptr;
+}
+
 void MoveHighlightAction(Widget widget, XEvent* event, String* params, Cardinal* count) {
     FocusRing* ring = RingOf(widget);
     const std::optional<ListStep> step = *count == 1 ? ListStepNamed(params[0]) : std::nullopt;
     if (ring == nullptr || !step) return;
     const Widget list = FocusedControl(*ring);
-    if (!IsList(list)) return;
+    if (!IsList(list)) {
+        // No list has the focus: over a text area the keys read the text.
+        if (XtIsSubclass(widget, textWidgetClass) && XtIsSensitive(widget)) {
+            XtCallActionProc(widget, const_cast<String>(TextScrollFor(*step)), event, nullptr, 0);
+        }
+        return;
+    }
     Dimension shown = 0;
     XtVaGetValues(XtParent(list), XtNheight, &shown, nullptr);
     const int row = SteppedRow(CurrentRow(list), ItemCount(list), *step, shown / RowHeight(list));

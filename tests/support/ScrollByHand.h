@@ -11,12 +11,14 @@
 #include <X11/Intrinsic.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/Text.h>
+#include <X11/keysym.h>
 #include "tests/support/XServerInput.h"
 
 // The line shown at the top of `text` after each of: a notch of the wheel
-// down, another, one up, then the first button pressed and released nine
-// tenths down the scroll bar (found as the text's child window, as the
-// server has it). `pump` handles what the server sends in between.
+// down, another, one up, the first button pressed and released nine tenths
+// down the scroll bar (found as the text's child window, as the server has
+// it), then the keys Home, Down and Page Down with the pointer over the
+// text. `pump` handles what the server sends in between.
 inline std::vector<int> ScrollByHand(Widget text, const std::function<void()>& pump) {
     Display* const display = XtDisplay(text);
     auto topLine = [&] {
@@ -45,5 +47,10 @@ inline std::vector<int> ScrollByHand(Widget text, const std::function<void()>& p
         pump();
     }
     lines.push_back(topLine());
+    for (const KeySym key : {XK_Home, XK_Down, XK_Next}) {
+        KeyThroughServer(display, XtWindow(text), 40, 20, key);
+        pump();
+        lines.push_back(topLine());
+    }
     return lines;
 }

@@ -20,6 +20,19 @@ inline void ClickThroughServer(Display* display, Window window, int x, int y, un
     XSync(display, False);
 }
 
+// A press and release of the key `keysym` with the pointer at (x, y) inside
+// `window`, where the focus follows it without a window manager.
+inline void KeyThroughServer(Display* display, Window window, int x, int y, KeySym keysym) {
+    int rootX = 0, rootY = 0;
+    Window child = 0;
+    XTranslateCoordinates(display, window, DefaultRootWindow(display), x, y, &rootX, &rootY, &child);
+    XTestFakeMotionEvent(display, -1, rootX, rootY, CurrentTime);
+    const KeyCode key = XKeysymToKeycode(display, keysym);
+    XTestFakeKeyEvent(display, key, True, CurrentTime);
+    XTestFakeKeyEvent(display, key, False, CurrentTime);
+    XSync(display, False);
+}
+
 // Whether `window` announces WM_DELETE_WINDOW as its one protocol; then sends
 // it the window manager's close, which the caller's next pump delivers.
 inline bool AnnouncesDeleteWindowThenIsClosed(Display* display, Window window) {

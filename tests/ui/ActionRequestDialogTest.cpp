@@ -398,7 +398,7 @@ TEST_F(ActionDialog, TheDescriptionScrollsByHand) {
     Show();
     ClickRow("viewport", 0);
     const std::vector<int> top = ScrollByHand(W("actiondesc"), [this] { Pump(); });
-    ASSERT_EQ(top.size(), 4u);
+    ASSERT_GE(top.size(), 4u);  // the keys then move the focused action list, not the text
     EXPECT_EQ(std::vector<int>(top.begin(), top.begin() + 3), (std::vector<int>{3, 6, 3}));
     EXPECT_GT(top[3], 150);
 }
