@@ -111,6 +111,12 @@ TEST(WindowManager, TheDialogsIdentifyThemselvesAskForAttentionAndStayAboveTheAc
     std::string error;
     ASSERT_EQ(SendOpenRequest(program.DisplayName(), std::chrono::seconds(10), error), 1) << error;
     EXPECT_TRUE(program.WaitUntil([&] { return Viewable(x, dialog.shell); })) << "still iconified after open";
+    // Withdrawn behind the program's back (as a window manager may answer a
+    // raise), it comes back on the next "open", and the program goes on.
+    XWithdrawWindow(x, dialog.shell, DefaultScreen(x));
+    ASSERT_TRUE(program.WaitUntil([&] { return !Viewable(x, dialog.shell); })) << "never withdrawn";
+    ASSERT_EQ(SendOpenRequest(program.DisplayName(), std::chrono::seconds(10), error), 1) << error;
+    EXPECT_TRUE(program.WaitUntil([&] { return Viewable(x, dialog.shell); })) << "still withdrawn after open";
 
     // The confirmation belongs to the action dialog and lies above it.
     program.Click(dialog.take);
