@@ -35,11 +35,6 @@ TEST_F(Process, EndsAfterTheClientCloses) {
     EXPECT_EQ(program_.WaitForExit(kExitBound), 0);
 }
 
-TEST_F(Process, AnOversizedFrameEndsIt) {
-    ASSERT_TRUE(program_.Write(std::string("\x01\x00\x20\x00", 4)));  // 2 MiB + 1
-    EXPECT_EQ(program_.WaitForExit(kExitBound), 0);
-}
-
 // What initialisation writes is checked in-process and end to end.
 TEST_F(Process, WithoutADisplayInitialisationEndsItWith255) {
     const Sandbox sandbox;

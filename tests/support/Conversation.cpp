@@ -207,16 +207,9 @@ std::vector<Report> TakeReports() {
 class Conversation {
 public:
     Conversation(ConversationChoices& choices) : choices_(choices), screen_(expected_), clock_(At(0)) {
-        FiFoQueue<UIMessage> dropped;
-        readQ.ReadMessages(dropped);
-        writeQ.ReadMessages(dropped);
-        FiFoQueue<std::unique_ptr<UICommand>> droppedCommands;
-        uiCommandQ.ReadMessages(droppedCommands);
+        Reset();
         clientPipe = nullptr;
-        actions.clear();
-        ForgetTakeAll();
         initialized = true;
-        inQuietMode = false;
         m_postponedTo = Instant();
         m_remindInterval = TimeInterval(300 * kMicrosecondsPerSecond);
         m_snoozable = choices_.Below(4) != 0;
@@ -224,14 +217,8 @@ public:
     }
     ~Conversation() {
         WireDialogCalls(nullptr);
-        FiFoQueue<UIMessage> dropped;
-        readQ.ReadMessages(dropped);
-        writeQ.ReadMessages(dropped);
-        FiFoQueue<std::unique_ptr<UICommand>> droppedCommands;
-        uiCommandQ.ReadMessages(droppedCommands);
-        actions.clear();
-        ForgetTakeAll();
-        initialized = inQuietMode = false;
+        Reset();
+        initialized = false;
     }
 
     std::string Play(int steps) {
@@ -245,6 +232,17 @@ public:
     }
 
 private:
+    // Nothing queued, pending or held from an earlier run.
+    static void Reset() {
+        FiFoQueue<UIMessage> dropped;
+        readQ.ReadMessages(dropped);
+        writeQ.ReadMessages(dropped);
+        FiFoQueue<std::unique_ptr<UICommand>> droppedCommands;
+        uiCommandQ.ReadMessages(droppedCommands);
+        actions.clear();
+        ForgetTakeAll();
+        inQuietMode = false;
+    }
     static Instant At(std::int64_t seconds) { return Instant((kStart + seconds) * kMicrosecondsPerSecond); }
     Instant Now() const { return Instant::Now(); }
 
