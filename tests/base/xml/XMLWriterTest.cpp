@@ -11,7 +11,7 @@ namespace {
 
 // Plays a script of writer calls, steps separated by "|": "?0"/"?1" BeginDocument,
 // "<name" BeginElement, "@name=value" AddAttribute, "'text" WriteString,
-// "[text" WriteCData, ">" EndElement, "." EndDocument, "~" escape line breaks.
+// "[text" WriteCData, ">" EndElement, "." EndDocument.
 void Play(XMLWriter& w, std::string_view script) {
     while (!script.empty()) {
         const std::size_t bar = script.find('|');
@@ -26,7 +26,6 @@ void Play(XMLWriter& w, std::string_view script) {
         case '[': w.WriteCData(arg); break;
         case '>': w.EndElement(); break;
         case '.': w.EndDocument(); break;
-        case '~': w.SetEscapeLineBreaks(true); break;
         }
     }
 }
@@ -53,9 +52,7 @@ const Case kCases[] = {
      DECL "\n<UIToClient>\n\t<Snooze a=\"1\" b=\"x y\"></Snooze>\n</UIToClient>"},
     {"document/closes three open", 0, "?1|<a|<b|<c|'t|.", "<?xml version=\"1.0\"?>\n<a>\n\t<b>\n\t\t<c>t</c>\n\t</b>\n</a>"},
     {"document/nothing open", 0, ">|.", ""},
-    {"attribute/escapes", 2, "<e|@v=a\"b<c>&\n|@w='\r\t|>", "<e v=\"a&quot;b&lt;c&gt;&amp;&#xa;\" w=\"'&#xd;\t\"></e>"},
     {"text/raw line breaks", 2, "'x<y&z>\"'\r\n\xC3\xA9\xE2\x82\xAC", "x&lt;y&amp;z&gt;\"'\r\n\xC3\xA9\xE2\x82\xAC"},
-    {"text/escaped line breaks", 2, "~|'a\r\nb", "a&#xd;&#xa;b"},
     {"cdata/not split", 2, "<e|[a]]>b<&|>", "<e><![CDATA[a]]>b<&]]></e>"},
     {"mixed/indented", 0, kMixed, "\n<r>\n\t<a>t</a>\nmid\n\t<b k=\"v\">\n\t\t<c></c>\n\t</b>\n</r>"},
     {"mixed/line feeds", 1, kMixed, "\n<r>\n<a>t</a>\nmid\n<b k=\"v\">\n<c></c>\n</b>\n</r>"},
