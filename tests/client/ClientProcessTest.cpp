@@ -164,10 +164,6 @@ TEST(ZamClient, RefusesWhatCannotWorkBeforeStartingAnything) {
     const Refusal cases[] = {
         {"full base directory", "at 0s close\n", true, 1, "it is not empty"},
         {"bad line", "# first\nat 1s action id=x\n", false, 2, "SCENARIO:2: \"x\" is not an ID"},
-        {"bare number", "set remind-interval 15\nat 1s close\n", false, 2,
-         "SCENARIO:1: 15 what? write 15s, 15m or 15h"},
-        {"malformed document", "at 0s document\n| <ClientToUI>\n|   <QuietModeEnd>\n| </ClientToUI>\n", false, 2,
-         "SCENARIO:4: the document is not well-formed XML: mismatched tag"},
         {"missing locale", "locale xx_YY.UTF-8\nat 0s close\n", false, 1,
          "the locale \"xx_YY.UTF-8\" is not installed; generate it as root with: "
          "localedef -i xx_YY -f UTF-8 xx_YY.UTF-8"},
