@@ -183,14 +183,9 @@ TEST(RecordDecoding, MissingFieldsKeepDefaultsAndTheLastRepeatWins) {
     EXPECT_EQ(action.id, 2u);
     EXPECT_EQ(action.title, SharedUString<UTF8>("second"));
     EXPECT_EQ(action.shortDescription, SharedUString<UTF8>());
-    EXPECT_FALSE(action.useCannedStrings);
 
     const InitialUISettings settings = Decode<InitialUISettings>("");
-    EXPECT_EQ(settings.balloonMode, 1u);
-    EXPECT_EQ(settings.trayMode, 2u);
-    EXPECT_TRUE(settings.hasMainDialog);
     EXPECT_TRUE(settings.allowSnooze);
-    EXPECT_TRUE(settings.displaySingleActionSummary);
     EXPECT_FALSE(settings.useLocale);
     EXPECT_TRUE(settings.remindTime.IsNull());
 
