@@ -225,31 +225,15 @@ TEST(XMLDuration, CanonicalTextsBothWays) {
     EXPECT_EQ(XMLDurationToTimeInterval("-P106751991DT4H0M54.775807S"), TimeInterval(-INT64_MAX));
 }
 
-TEST(XMLDuration, ReadingErrorsCarryTheirMessages) {
-    const std::string general = "Could not convert XMLDuration to TimeInterval";
-    const std::string precision =
-        "Could not convert XMLDuration to TimeInterval: cannot handle more than microsecond precision.";
-    const std::string overflow = "Could not convert XMLDuration to TimeInterval due to integer overflow.";
-    struct Case { const char* text; const std::string& message; };
-    const Case kCases[] = {
-        {"", general}, {"P", general}, {"PT", general}, {"P1DT", general}, {"P1Y", general},
-        {"P1M", general}, {"PT1H1", general}, {"1D", general}, {"+P1D", general}, {"P-1D", general},
-        {"PT1S1M", general}, {"PT1H1H", general}, {"PT.5S", general}, {"PT1.S", general},
-        {"PT1.5M", general}, {"PT1S ", general}, {"P1DT1D", general}, {"PTT1S", general},
-        {"PT1.1234567S", precision},
-        {"PT9223372036855S", overflow}, {"P106751991DT4H0M54.775808S", overflow},
-        {"-P106751991DT4H0M54.775808S", overflow}, {"PT9223372036854775808S", overflow},
-        {"P99999999999999999999D", overflow}, {"P106751992D", overflow},
+// Outside the grammar, finer than a microsecond or beyond the range: refused
+// (the record is refused; the message text reaches no one).
+TEST(XMLDuration, RefusedTexts) {
+    const char* const kRefused[] = {
+        "", "P", "PT", "P1DT", "P1Y", "P1M", "PT1H1", "1D", "+P1D", "P-1D", "PT1S1M", "PT1H1H", "PT.5S", "PT1.S",
+        "PT1.5M", "PT1S ", "P1DT1D", "PTT1S", "PT1.1234567S", "PT9223372036855S", "P106751991DT4H0M54.775808S",
+        "-P106751991DT4H0M54.775808S", "PT9223372036854775808S", "P99999999999999999999D", "P106751992D",
     };
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(c.text);
-        try {
-            XMLDurationToTimeInterval(c.text);
-            ADD_FAILURE() << "no exception";
-        } catch (const ExceptionPL& e) {
-            EXPECT_EQ(e.Message(), c.message);
-        }
-    }
+    for (const char* text : kRefused) EXPECT_THROW(XMLDurationToTimeInterval(text), ExceptionPL) << text;
 }
 
 TEST(XMLDuration, RoundTripsEveryMagnitude) {
