@@ -177,25 +177,4 @@ TEST(Base64, DecodeTable) {
     }
 }
 
-TEST(Base64, DecodeInPiecesMatchesWhole) {
-    const std::string text = "SGVs\r\nbG8s IHdv\ncmxkIQ==\n";
-    for (std::size_t cut = 0; cut <= text.size(); ++cut) {
-        SCOPED_TRACE(cut);
-        Base64Decoder decoder;
-        std::string out;
-        decoder.Feed(std::string_view(text).substr(0, cut), out);
-        decoder.Feed(std::string_view(text).substr(cut), out);
-        decoder.Finish();
-        EXPECT_EQ(out, "Hello, world!");
-    }
-}
-
-TEST(Base64, DecoderStaysFailed) {
-    Base64Decoder decoder;
-    std::string out;
-    EXPECT_THROW(decoder.Feed("Zm*v", out), Base64DecodeError);
-    EXPECT_THROW(decoder.Feed("Zm9v", out), Base64DecodeError);
-    EXPECT_THROW(decoder.Finish(), Base64DecodeError);
-}
-
 }  // namespace
