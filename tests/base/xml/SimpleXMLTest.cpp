@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/xml/SimpleXML.h"
-#include "base/xml/SimpleXMLParserPL.h"
 #include "base/xml/XMLElement.h"
-#include "base/xml/XMLTreeParser.h"
 
 using namespace std::string_view_literals;
 
@@ -29,17 +26,6 @@ std::string Dump(const XMLElement& e) {
 }
 
 std::string Dump(const std::unique_ptr<XMLElement>& root) { return root ? Dump(*root) : "null"; }
-
-// Feeds the first `cut` bytes at once, then the rest in pieces of `step` bytes.
-std::string DumpFedInPieces(std::string_view doc, std::size_t cut, std::size_t step) {
-    XMLTreeParser tree;
-    SimpleXML::SAXParser sax(tree);
-    SimpleXMLParserPL machine(sax);
-    machine.Parse(doc.data(), static_cast<unsigned>(cut));
-    for (std::size_t at = cut; at < doc.size(); at += step)
-        machine.Parse(doc.data() + at, static_cast<unsigned>(std::min(step, doc.size() - at)));
-    return Dump(tree.TakeRoot());
-}
 
 struct Case {
     const char* what;
@@ -92,17 +78,6 @@ TEST(SimpleXML, ParseTable) {
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.what);
         EXPECT_EQ(Dump(SimpleXML::Parse(UStringRef<UTF8>(c.doc))), c.tree);
-    }
-}
-
-TEST(SimpleXML, SplitAtEveryOffsetGivesTheSameTree) {
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(c.what);
-        for (std::size_t cut = 0; cut <= c.doc.size(); ++cut) {
-            SCOPED_TRACE(cut);
-            ASSERT_EQ(DumpFedInPieces(c.doc, cut, c.doc.size()), c.tree);
-        }
-        EXPECT_EQ(DumpFedInPieces(c.doc, 0, 1), c.tree);  // every byte on its own
     }
 }
 
