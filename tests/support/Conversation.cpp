@@ -343,7 +343,9 @@ private:
         std::string line = "  -> pending:";
         for (const ActionRequest& a : actions) line += " " + std::to_string(a.entry) + "/" + std::to_string(a.id);
         line += "; sent:";
-        for (const Report& r : reports) line += " " + r.kind + (r.cancel ? "(cancel " : "(") + std::to_string(r.id) + ")";
+        for (const Report& r : reports) {
+            line += " " + r.kind + (r.cancel ? "(cancel " : "(") + std::to_string(r.id) + ")";
+        }
         Note(line);
         CheckReports(pending, reports);
         CheckDone();
