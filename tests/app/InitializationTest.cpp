@@ -218,8 +218,9 @@ TEST_F(ApplyInitializationInfoTest, LoadsTheFilesOfTheRealLocale) {
          {{"K2", "c"}, {"K3", "-"}}},
         // Without UseLocale the locale is never even set.
         {"de_DE.UTF-8", "C",
-         In("off",
-            Delivering({{"_brandde.xlat", "", "K1\tx"}, {"_brand.xlat", "", "K1\tplain"}, {"de.xlat", "", "K1\tx"}}, false)),
+         In("off", Delivering({{"_brandde.xlat", "", "K1\tx"}, {"_brand.xlat", "", "K1\tplain"},
+                               {"de.xlat", "", "K1\tx"}},
+                              false)),
          {{"K1", "plain"}}},
     };
     if (!LocaleInstalled("de_DE.UTF-8")) GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";
