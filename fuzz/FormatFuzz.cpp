@@ -51,9 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     action.restart = size % 2 == 0;
     action.requestSave = size % 3 == 0;
     action.deadline = TimeObject(end, TimeZone(0));
-    Quietly([&] { LocalizedStrings::TrayTip(static_cast<std::uint32_t>(size % 3)); });
     Quietly([&] { LocalizedStrings::QuietModeExplanation(start, end); });
-    Quietly([&] { LocalizedStrings::AnnounceOffers(static_cast<std::uint32_t>(size % 3)); });
     Quietly([&] { LocalizedStrings::SnoozeCaption(); });
     Quietly([&] { ActionSummary(action); });
     Quietly([&] { FormattedDeadline(end, start, size % 2 == 1, size % 5 == 0); });

@@ -160,15 +160,4 @@ TEST_F(Model, TheSnoozeChoiceSurvivesRefreshesAndCountsFromTheEarliestDeadline) 
     EXPECT_EQ(model.CommandFor(ActionButton::Snooze, kNow)->minutes, 60);
 }
 
-TEST_F(Model, CloseWithNothingPendingOnlyCloses) {
-    Open({Action(1, "a")});
-    model.ChooseSnooze(2);
-    actions.clear();
-    Rebuild();
-    EXPECT_TRUE(model.NothingPending());
-    EXPECT_TRUE(model.IsSensitive(ActionButton::Snooze));
-    EXPECT_FALSE(model.CommandFor(ActionButton::Snooze, kNow));
-    EXPECT_FALSE(model.IsSensitive(ActionButton::TakeAll));
-}
-
 }  // namespace

@@ -1,7 +1,8 @@
-// The real program's command line: "--version" and "--help" alone are
-// answered on standard output before the pipe starts; everything else starts
-// the pipe as usual, and a terminal on standard input earns one line of
-// explanation on standard error.
+// The real program as the client starts it, through real pipes. Its command
+// line: "--version" and "--help" alone are answered on standard output before
+// the pipe starts; everything else starts the pipe as usual, and a terminal on
+// standard input earns one line of explanation on standard error. Its
+// environment has no DISPLAY, so after initialisation it ends on the failed display.
 
 #include <fcntl.h>
 #include <stdlib.h>
@@ -100,6 +101,24 @@ TEST(CommandLine, ATerminalOnStandardInputGetsOneLineThenThePipeStarts) {
     EXPECT_FALSE(program.WaitForExit(std::chrono::milliseconds(1500)));
     program.Stop(std::chrono::seconds(1));
     close(master);
+}
+
+// A poll, then the two-second exit pause; what initialisation writes is checked
+// in-process and end to end.
+TEST(Process, EndsAfterTheClientClosesOrWithoutADisplayOnInitialisation) {
+    for (const bool initialise : {false, true}) {
+        SCOPED_TRACE(initialise);
+        const Sandbox sandbox;
+        ChildProcess program;
+        ASSERT_TRUE(Start(program, sandbox, {}));
+        EXPECT_EQ(program.ReadFrame(kBound), Ready());
+        if (initialise) {
+            EXPECT_TRUE(program.WriteFrame(InitializationDocument(sandbox.Path("base"))));
+        } else {
+            program.CloseInput();
+        }
+        EXPECT_EQ(program.WaitForExit(kBound), initialise ? 255 : 0);  // the X side ends it with -1
+    }
 }
 
 }  // namespace

@@ -61,26 +61,9 @@ TEST(CutLocaleName, KeepsTheNameBeforeTheCodeSetAndItsLanguage) {
     }
 }
 
-TEST(ChooseTranslationFiles, FollowsTheLocaleAndLoadsTheGeneralFileLast) {
-    using Names = std::vector<std::string>;
-    struct Case { const char* what; InitializationInfo info; const char* locale; bool intl; Names files; };
-    const Case cases[] = {
-        {"localized brand replaces the plain one",
-         Delivering({{"_brand.xlat", "", ""}, {"de_DE.xlat", "", ""}, {"_brandde_DE.xlat", "", ""}}), "de_DE.UTF-8",
-         true, {"_brandde_DE.xlat", "de_DE.xlat"}},
-        {"UseLocale off", Delivering({{"_brandde.xlat", "", ""}, {"_brand.xlat", "", ""}, {"de.xlat", "", ""}}, false),
-         "de_DE.UTF-8", false, {"_brand.xlat"}},
-        {"nothing delivered", Delivering({}), "de_DE.UTF-8", true, {}},
-    };
-    // Case and sub-folders are the look-ups' own, pinned with the records.
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        const TranslationChoice choice = ChooseTranslationFiles(c.info, c.locale);
-        EXPECT_EQ(choice.international, c.intl);
-        Names names;
-        for (const FileName& name : choice.files) names.push_back(name.Text());
-        EXPECT_EQ(names, c.files);
-    }
+// Which files a locale picks, and their order, is checked by loading them
+// (LoadsTheFilesOfTheRealLocale); here the locales that make no file name.
+TEST(ChooseTranslationFiles, RefusesALocaleThatMakesNoFileName) {
     EXPECT_THROW(ChooseTranslationFiles(Delivering({}), "de/DE.UTF-8"), IllegalFileName);
     // 250 bytes fit as "<full>.xlat" but not as "_brand<full>.xlat".
     EXPECT_THROW(ChooseTranslationFiles(Delivering({}), std::string(250, 'x').c_str()), IllegalFileNameLength);
@@ -227,15 +210,17 @@ TEST_F(ApplyInitializationInfoTest, LoadsTheFilesOfTheRealLocale) {
     struct Case { const char *locale, *ctype; InitializationInfo info; std::map<std::string, std::string> texts; };
     const Case cases[] = {
         {"de_DE.UTF-8", "de_DE.UTF-8",
-         In("de", Delivering({{"_brand.xlat", "", "K1\tplain"},
+         In("de", Delivering({{"_brand.xlat", "", "K1\tplain\nK4\tplain"},  // replaced by the localized one
                                {"_BRANDDE_DE.xlat", "", "K1\tlokal\nK2\tlokal"},
                                {"de.xlat", "", "K2\tallgemein"}})),
-         {{"K1", "lokal"}, {"K2", "allgemein"}}},
+         {{"K1", "lokal"}, {"K2", "allgemein"}, {"K4", "-"}}},
         {"C.UTF-8", "C.UTF-8", In("c", Delivering({{"_brand.xlat", "sub", "K3\tsub"}, {"C.xlat", "", "K2\tc"}})),
          {{"K2", "c"}, {"K3", "-"}}},
         // Without UseLocale the locale is never even set.
         {"de_DE.UTF-8", "C",
-         In("off", Delivering({{"_brand.xlat", "", "K1\tplain"}, {"de.xlat", "", "K1\tx"}}, false)),
+         In("off", Delivering({{"_brandde.xlat", "", "K1\tx"}, {"_brand.xlat", "", "K1\tplain"},
+                               {"de.xlat", "", "K1\tx"}},
+                              false)),
          {{"K1", "plain"}}},
     };
     if (!LocaleInstalled("de_DE.UTF-8")) GTEST_SKIP() << "locale de_DE.UTF-8 is not installed";

@@ -9,7 +9,6 @@
 #include "base/files/FileName.h"
 #include "base/time/TimeErrors.h"
 #include "base/unicode/Numerals.h"
-#include "base/unicode/UTextReceiver.h"
 #include "base/xml/SimpleXML.h"
 #include "protocol/ActionRequest.h"
 #include "protocol/ClientRequests.h"
@@ -184,14 +183,9 @@ TEST(RecordDecoding, MissingFieldsKeepDefaultsAndTheLastRepeatWins) {
     EXPECT_EQ(action.id, 2u);
     EXPECT_EQ(action.title, SharedUString<UTF8>("second"));
     EXPECT_EQ(action.shortDescription, SharedUString<UTF8>());
-    EXPECT_FALSE(action.useCannedStrings);
 
     const InitialUISettings settings = Decode<InitialUISettings>("");
-    EXPECT_EQ(settings.balloonMode, 1u);
-    EXPECT_EQ(settings.trayMode, 2u);
-    EXPECT_TRUE(settings.hasMainDialog);
     EXPECT_TRUE(settings.allowSnooze);
-    EXPECT_TRUE(settings.displaySingleActionSummary);
     EXPECT_FALSE(settings.useLocale);
     EXPECT_TRUE(settings.remindTime.IsNull());
 
@@ -231,29 +225,6 @@ TEST(RecordDecoding, RepeatedSequenceElementsAppendInDocumentOrder) {
     EXPECT_EQ(info.supportFiles[3].fileName.Text(), "c");
 }
 
-TEST(AttributeForms, WriteEscapedAndReadBackWithTheirMissingRules) {
-    UStringBuilder text;
-    XMLWriter writer(text, XMLWriter::XMLFormatStyle(2));
-    writer.BeginDocument(XMLWriter::EncodingDeclaration(1));
-    writer.BeginElement("e");
-    XMLSaveAttribute(writer, "name", SharedUString<UTF8>("a\"<b>"));
-    XMLSaveAttribute(writer, "flag", true);
-    writer.EndDocument();
-    EXPECT_EQ(text.Text(), "<?xml version=\"1.0\"?><e name=\"a&quot;&lt;b&gt;\" flag=\"true\"></e>");
-
-    const XMLElement element = Parse(text.Text().ToString());
-    SharedUString<UTF8> name;
-    bool flag = false;
-    bool missingFlag = true;
-    XMLLoadAttribute(element, "name", name);
-    XMLLoadAttribute(element, "flag", flag);
-    XMLLoadAttribute(element, "other", missingFlag);
-    EXPECT_EQ(name, SharedUString<UTF8>("a\"<b>"));
-    EXPECT_TRUE(flag);
-    EXPECT_FALSE(missingFlag);
-    EXPECT_THROW(XMLLoadAttribute(element, "other", name), NoSuchAttribute);
-}
-
 InitializationInfo Delivering(std::initializer_list<std::pair<const char*, const char*>> files) {
     InitializationInfo info;
     for (const auto& file : files) {
@@ -268,10 +239,8 @@ std::string Found(NullOrConstRef<FileTransfer> file) {
 
 TEST(SupportFileLookUps, OnlyTopLevelFilesCountAndCaseIsIgnored) {
     const InitializationInfo info = Delivering(
-        {{"_brand.xlat", "sub"}, {"_BRAND.XLAT", ""}, {"_brand.xlat", ""}, {"_clientui.ico", ""}});
+        {{"_brand.xlat", "sub"}, {"_BRAND.XLAT", ""}, {"_brand.xlat", ""}});
     EXPECT_EQ(Found(info.BrandTranslation()), "_BRAND.XLAT");
-    EXPECT_EQ(Found(info.BrandIcon()), "_clientui.ico");
-    EXPECT_EQ(Found(info.Dashboard()), "(none)");
 }
 
 TEST(SupportFileLookUps, LocalizedNamesPreferTheFullLocale) {
@@ -298,11 +267,6 @@ TEST(SupportFileLookUps, LocalizedNamesPreferTheFullLocale) {
         EXPECT_EQ(Found(c.info.LocalizedBrandTranslation(full, language)), c.brand);
         EXPECT_EQ(Found(c.info.GeneralLocalization(full, language)), c.general);
     }
-}
-
-TEST(SessionDirectory, IsAHiddenFolderPerUser) {
-    EXPECT_EQ(UISessionDefaultDirectory(""), "/var/tmp/ZAM/ClientUI");
-    EXPECT_EQ(UISessionDefaultDirectory("alice"), "/var/tmp/ZAM/ClientUI/.alice");
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 // keys land on its windows. Run by scripts/soak.sh, which gives it a private
 // directory and removes it. What it checks: docs/design.md, "The soak".
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,7 +14,7 @@
 #include "bench/ProcessMemory.h"
 #include "client/OpenDialogRequest.h"
 #include "client/Session.h"
-#include "tests/support/ChildProcess.h"
+#include "tests/support/Xvfb.h"
 
 // X headers last: they define None, True, False and friends as macros.
 #include <X11/Xlib.h>
@@ -28,36 +27,13 @@ using Clock = SteadyClock;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-// The children, for the signal handler, which ends them by their own ids.
-volatile pid_t xvfbPid = -1, programPid = -1;
+// The program, for the signal handler, which ends it by its own id; the
+// server ends with this process by its death signal.
+volatile pid_t programPid = -1;
 
 void EndChildren(int signal) {
     if (programPid > 0) kill(programPid, SIGKILL);
-    if (xvfbPid > 0) kill(xvfbPid, SIGKILL);
     _exit(128 + signal);
-}
-
-// A private Xvfb that dies with us: ":N", or "" when it reported no display.
-std::string StartXvfb() {
-    int fds[2];
-    const pid_t parent = getpid(), pid = pipe(fds) == 0 ? fork() : -1;
-    if (pid == 0) {
-        DieWithParent(parent);
-        dup2(fds[1], 3);
-        const int devNull = open("/dev/null", O_RDWR);
-        for (int fd = 0; fd < 3; ++fd) dup2(devNull, fd);
-        char* env[] = {const_cast<char*>("PATH=/usr/bin:/bin"), nullptr};
-        const char* argv[] = {"Xvfb", "-nolisten", "tcp", "-noreset", "-screen", "0", "1024x768x24",
-                              "-displayfd", "3", nullptr};
-        execve("/usr/bin/Xvfb", const_cast<char**>(argv), env);
-        _exit(127);
-    }
-    xvfbPid = pid;
-    close(fds[1]);
-    const std::string number = pid > 0 ? ReadUntil(fds[0], "\n", seconds(20)) : "";
-    close(fds[0]);
-    const bool valid = number.size() >= 2 && number.find_first_not_of("0123456789\n") == std::string::npos;
-    return valid ? ":" + number.substr(0, number.size() - 1) : "";
 }
 
 int IgnoreXError(Display*, XErrorEvent*) { return 0; }
@@ -109,7 +85,7 @@ public:
     Soak(std::uint64_t seed, bool memory) : random_(seed), memory_(memory) {}
 
     int Run(const std::string& program, const std::string& work, int minutes) {
-        const std::string display = StartXvfb();
+        const std::string display = xvfb_.Start() ? xvfb_.DisplayName() : "";
         XSetErrorHandler(IgnoreXError);
         x_ = display.empty() ? nullptr : XOpenDisplay(display.c_str());
         int event = 0, error = 0, major = 0, minor = 0;
@@ -476,6 +452,7 @@ private:
         return !awaited_;
     }
 
+    XvfbServer xvfb_;
     std::mt19937_64 random_;
     bool memory_;
     std::unique_ptr<Session> session_;

@@ -7,11 +7,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <thread>
 
 #include "base/files/FileLocation.h"
+#include "pipe/UnixIO.h"
 #include "protocol/Documents.h"
 #include "protocol/InitializationInfo.h"
 
@@ -23,6 +25,16 @@ int Outcome(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -WTER
 void CloseIfOpen(int& fd) {
     if (fd >= 0) close(fd);
     fd = -1;
+}
+
+// Whether `fd` has something to read (or its end) before `deadline`.
+bool Readable(int fd, std::chrono::steady_clock::time_point deadline) {
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        pollfd ready{fd, POLLIN, 0};
+        const int polled = fd >= 0 && left.count() > 0 ? poll(&ready, 1, static_cast<int>(left.count())) : 0;
+        if (polled >= 0 || errno != EINTR) return polled > 0;
+    }
 }
 
 }  // namespace
@@ -83,7 +95,7 @@ bool ChildProcess::Spawn(const std::function<void()>& inChild, const Descriptors
     owner_ = getpid();
     input_ = in[1];
     output_ = out[0];
-    buffered_.clear();
+    frames_ = FrameReader();
     return true;
 }
 
@@ -103,7 +115,10 @@ bool ChildProcess::Fork(const std::function<int()>& body) {
     return Spawn([&] { _exit(body()); }, {});
 }
 
-bool ChildProcess::Write(const std::string& bytes) {
+bool ChildProcess::WriteFrame(const std::string& payload) {
+    unsigned char header[kFrameHeaderSize];
+    EncodeFrameHeader(static_cast<std::uint32_t>(payload.size()), header);
+    const std::string bytes = std::string(reinterpret_cast<const char*>(header), sizeof header) + payload;
     // A child that has ended must fail the write, not end the test with SIGPIPE.
     struct sigaction ignore {};
     struct sigaction saved {};
@@ -111,8 +126,7 @@ bool ChildProcess::Write(const std::string& bytes) {
     sigaction(SIGPIPE, &ignore, &saved);
     std::size_t done = 0;
     while (input_ >= 0 && done < bytes.size()) {
-        const ssize_t wrote = write(input_, bytes.data() + done, bytes.size() - done);
-        if (wrote < 0 && errno == EINTR) continue;
+        const ssize_t wrote = UnixPlatform::RetryingWrite(input_, bytes.data() + done, bytes.size() - done);
         if (wrote <= 0) break;
         done += static_cast<std::size_t>(wrote);
     }
@@ -120,38 +134,21 @@ bool ChildProcess::Write(const std::string& bytes) {
     return done == bytes.size();
 }
 
-bool ChildProcess::WriteFrame(const std::string& payload) {
-    std::string frame;
-    for (int shift = 0; shift < 32; shift += 8) frame.push_back(static_cast<char>((payload.size() >> shift) & 0xFF));
-    return Write(frame + payload);
-}
-
 void ChildProcess::CloseInput() { CloseIfOpen(input_); }
 
 std::optional<std::string> ChildProcess::ReadFrame(std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    for (;;) {
-        if (buffered_.size() >= 4) {
-            std::size_t length = 0;
-            for (int i = 0; i < 4; ++i) length |= std::size_t{static_cast<unsigned char>(buffered_[i])} << (8 * i);
-            if (buffered_.size() >= 4 + length) {
-                std::string payload = buffered_.substr(4, length);
-                buffered_.erase(0, 4 + length);
-                return payload;
-            }
-        }
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0 || output_ < 0) return std::nullopt;
-        pollfd fd{output_, POLLIN, 0};
-        const int ready = poll(&fd, 1, static_cast<int>(left.count()));
-        if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) return std::nullopt;
+    std::string payload;
+    // Exactly what the frame still wants is read, so nothing after it is taken.
+    while (!frames_.TakeMessage(payload)) {
         char chunk[4096];
-        const ssize_t got = read(output_, chunk, sizeof chunk);
-        if (got < 0 && errno == EINTR) continue;
+        const ssize_t got = Readable(output_, deadline)
+                                ? UnixPlatform::RetryingRead(output_, chunk, std::min(sizeof chunk, frames_.Wanted()))
+                                : 0;
         if (got <= 0) return std::nullopt;
-        buffered_.append(chunk, static_cast<std::size_t>(got));
+        frames_.Feed(chunk, static_cast<std::size_t>(got));
     }
+    return payload;
 }
 
 std::optional<int> ChildProcess::WaitForExit(std::chrono::milliseconds timeout) {
@@ -188,16 +185,9 @@ std::string InitializationDocument(const std::string& baseDirectory) {
 std::string ReadUntil(int fd, const std::string& end, std::chrono::milliseconds timeout) {
     std::string text;
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (text.find(end) == std::string::npos) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0) break;
-        pollfd waitFor{fd, POLLIN, 0};
-        const int ready = poll(&waitFor, 1, static_cast<int>(left.count()));
-        if (ready < 0 && errno == EINTR) continue;
-        if (ready <= 0) break;
-        char buffer[256];
-        const ssize_t got = read(fd, buffer, sizeof buffer);
-        if (got < 0 && errno == EINTR) continue;
+    char buffer[256];
+    while (text.find(end) == std::string::npos && Readable(fd, deadline)) {
+        const ssize_t got = UnixPlatform::RetryingRead(fd, buffer, sizeof buffer);
         if (got <= 0) break;
         text.append(buffer, static_cast<std::size_t>(got));
     }

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "pipe/FrameReader.h"
+
 class ChildProcess {
 public:
     ChildProcess() = default;
@@ -34,7 +36,6 @@ public:
     // Runs `body` in a forked copy of this process; the child ends with _exit(body()).
     bool Fork(const std::function<int()>& body);
 
-    bool Write(const std::string& bytes);
     // The payload behind its 4-byte little-endian length.
     bool WriteFrame(const std::string& payload);
     // Ends the child's standard input.
@@ -64,7 +65,7 @@ private:
     int deathSignal_ = 0;
     int input_ = -1;
     int output_ = -1;
-    std::string buffered_;
+    FrameReader frames_;
 };
 
 // A ClientToUI document carrying an InitializationInfo with `baseDirectory`

@@ -18,10 +18,9 @@
 #include "base/time/Clock.h"
 #include "base/time/TimeText.h"
 #include "base/xml/SimpleXML.h"
-#include "base/xml/XMLElement.h"
+#include "client/ClientDocuments.h"
 #include "pipe/FiFoQueue.h"
 #include "protocol/ClientRequests.h"
-#include "protocol/UIReports.h"
 #include "protocol/XMLSerialize.h"
 
 namespace {
@@ -175,29 +174,13 @@ private:
     Expectations& expected_;
 };
 
-// One report to the client.
-struct Report {
-    std::string kind;
-    unsigned long long id = 0;
-    bool isCancel = false;
-};
-
+// What the tick sent to the client, read as the sample client reads it.
 std::vector<Report> TakeReports() {
     FiFoQueue<UIMessage> queued;
     writeQ.ReadMessages(queued);
     std::vector<Report> reports;
     while (!queued.IsEmpty()) {
-        const std::unique_ptr<XMLElement> root = SimpleXML::Parse(queued.TakeFront().text.Ref());
-        for (const XMLElement& child : root->Children()) {
-            Report report{std::string(child.Name().View())};
-            if (report.kind == "ActionTaken") {
-                ActionTaken taken;
-                XMLLoad(child, taken);
-                report.id = taken.id;
-                report.isCancel = taken.isCancel;
-            }
-            reports.push_back(report);
-        }
+        for (Report& report : ReadReports(queued.TakeFront().text.Str())) reports.push_back(std::move(report));
     }
     return reports;
 }
@@ -207,16 +190,9 @@ std::vector<Report> TakeReports() {
 class Conversation {
 public:
     Conversation(ConversationChoices& choices) : choices_(choices), screen_(expected_), clock_(At(0)) {
-        FiFoQueue<UIMessage> dropped;
-        readQ.ReadMessages(dropped);
-        writeQ.ReadMessages(dropped);
-        FiFoQueue<std::unique_ptr<UICommand>> droppedCommands;
-        uiCommandQ.ReadMessages(droppedCommands);
+        Reset();
         clientPipe = nullptr;
-        actions.clear();
-        ForgetTakeAll();
         initialized = true;
-        inQuietMode = false;
         m_postponedTo = Instant();
         m_remindInterval = TimeInterval(300 * kMicrosecondsPerSecond);
         m_snoozable = choices_.Below(4) != 0;
@@ -224,14 +200,8 @@ public:
     }
     ~Conversation() {
         WireDialogCalls(nullptr);
-        FiFoQueue<UIMessage> dropped;
-        readQ.ReadMessages(dropped);
-        writeQ.ReadMessages(dropped);
-        FiFoQueue<std::unique_ptr<UICommand>> droppedCommands;
-        uiCommandQ.ReadMessages(droppedCommands);
-        actions.clear();
-        ForgetTakeAll();
-        initialized = inQuietMode = false;
+        Reset();
+        initialized = false;
     }
 
     std::string Play(int steps) {
@@ -245,6 +215,17 @@ public:
     }
 
 private:
+    // Nothing queued, pending or held from an earlier run.
+    static void Reset() {
+        FiFoQueue<UIMessage> dropped;
+        readQ.ReadMessages(dropped);
+        writeQ.ReadMessages(dropped);
+        FiFoQueue<std::unique_ptr<UICommand>> droppedCommands;
+        uiCommandQ.ReadMessages(droppedCommands);
+        actions.clear();
+        ForgetTakeAll();
+        inQuietMode = false;
+    }
     static Instant At(std::int64_t seconds) { return Instant((kStart + seconds) * kMicrosecondsPerSecond); }
     Instant Now() const { return Instant::Now(); }
 
@@ -362,7 +343,9 @@ private:
         std::string line = "  -> pending:";
         for (const ActionRequest& a : actions) line += " " + std::to_string(a.entry) + "/" + std::to_string(a.id);
         line += "; sent:";
-        for (const Report& r : reports) line += " " + r.kind + (r.isCancel ? "(cancel " : "(") + std::to_string(r.id) + ")";
+        for (const Report& r : reports) {
+            line += " " + r.kind + (r.cancel ? "(cancel " : "(") + std::to_string(r.id) + ")";
+        }
         Note(line);
         CheckReports(pending, reports);
         CheckDone();
@@ -484,7 +467,7 @@ private:
             if (report.kind == "RemindTime") ++reminders;
             if (report.kind != "ActionTaken") continue;
             reportedIds.insert(report.id);
-            if (report.isCancel) ++cancels[report.id];
+            if (report.cancel) ++cancels[report.id];
         }
         if (reminders > expected_.snoozesAsked) throw Violation{"snoozed without a Snooze press on pending actions"};
 

@@ -10,42 +10,8 @@
 #include "tests/support/TestData.h"
 #include "text/FormatOverrides.h"
 #include "text/UFormat.h"
-#include "text/UFormatIterator.h"
 
 namespace {
-
-// Segments written as "L(text)" or "V(name)", and "!" where the scan threw.
-std::string Scan(UStringRef<UTF8> text) {
-    std::string out;
-    try {
-        for (UFormatIterator it(text), end = UFormatIterator::End(text); it != end; ++it) {
-            out += (it->isVariable ? "V(" : "L(") + it->text.ToString() + ")";
-        }
-    } catch (const BadFormatStringError&) {
-        out += "!";
-    }
-    return out;
-}
-
-TEST(UFormatIterator, SplitsIntoSegments) {
-    struct Case { const char* text; const char* segments; };
-    const Case kCases[] = {
-        {"", ""},
-        {"You Have {number} New Offers", "L(You Have )V(number)L( New Offers)"},
-        {"{a}{b}", "V(a)V(b)"},
-        {"}{x}}", "L(})V(x)L(})"},
-        {"{}", "V()"},
-        {"{x y}", "V(x y)"},
-        {"{{x}", "V({x)"},  // a "{" inside a placeholder belongs to the name
-        // An unclosed brace throws only when the scan reaches it.
-        {"ab{", "L(ab)!"},
-        {"{x}{", "V(x)!"},
-    };
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(Scan(c.text), c.segments);
-    }
-}
 
 // The parsed pairs written as "key=translation;" in sorted order.
 std::string Pairs(const std::string& bytes) {
@@ -142,6 +108,11 @@ TEST(UFormat, RendersKeyOrTranslation) {
     const std::string kPending = "There are {x} pending actions.";
     struct Case { const char* name; std::string xlat, key; std::vector<const char*> args; std::string result; };
     const Case kCases[] = {
+        {"empty", "", "", {}, ""},
+        {"stray closing braces are text", "", "}{x}}", {"A"}, "}A}"},
+        {"a \"{\" inside a placeholder belongs to the name", "", "{{x}", {"A"}, "A"},
+        {"unclosed brace", "", "ab{", {}, Error<BadFormatStringError>()},
+        {"unclosed brace after a placeholder", "", "{x}{", {"A"}, Error<BadFormatStringError>()},
         {"built-ins", "", "{_obrace}x{_cbrace}{_crlf}{_cr}{_lf}{_tab}", {}, "{x}\r\n\r\n\t"},
         {"built-in names are exact", "", "{_Tab}", {}, kUndefined},
         {"a name's first character is free", "", "{9lives}{-a_B9}{\xC3\xA9" "a}", {"1", "2", "3"}, "123"},

@@ -21,14 +21,12 @@ constexpr std::int64_t kDay = 24 * kHour;
 TEST(FormattedDeadline, RoundsAtEachBoundary) {
     struct Case { std::int64_t remaining; bool forceRun; bool fromNow; const char* text; };
     const Case kCases[] = {
-        // Passed deadlines: never wrapped.
-        {-1, false, true, "Overdue"},
+        // Passed deadlines: never wrapped. (The program never asks for the "from now" form.)
+        {-1, false, false, "Overdue"},
         {-kDay, true, false, "0 seconds"},
-        {-1, true, true, "Running..."},
         // The last five minutes: "Now", or a countdown for an action that runs by itself.
-        {0, false, true, "Now"},
+        {0, false, false, "Now"},
         {5 * kMinute, false, false, "Now"},
-        {0, true, true, "0 seconds from now"},
         {kSecond, true, false, "1 second"},
         {kMinute - 1, true, false, "59 seconds"},
         {kMinute, true, false, "1 minute, 0 seconds"},
@@ -41,10 +39,10 @@ TEST(FormattedDeadline, RoundsAtEachBoundary) {
         {kHour + 1, false, false, "1 hour"},
         {kHour + 30 * kMinute, false, false, "1 hour"},
         {kHour + 30 * kMinute + 1, false, false, "2 hours"},
-        {kDay, true, true, "24 hours from now"},
+        {kDay, true, false, "24 hours"},
         {kDay + 1, false, false, "1 day"},
         {kDay + 12 * kHour, false, false, "1 day"},
-        {kDay + 12 * kHour + 1, false, true, "2 days from now"},
+        {kDay + 12 * kHour + 1, false, false, "2 days"},
         {std::numeric_limits<std::int64_t>::max(), false, false, "106751991 days"},
     };
     for (const Case& c : kCases) {
@@ -57,7 +55,7 @@ TEST(FormattedDeadline, CountsFromNow) {
     // The far ends of time saturate instead of wrapping round.
     const Instant first(std::numeric_limits<std::int64_t>::min()), last(std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(FormattedDeadline(last, first, false, false).Str(), "106751991 days");
-    EXPECT_EQ(FormattedDeadline(first, last, true, true).Str(), "Running...");
+    EXPECT_EQ(FormattedDeadline(first, last, true, false).Str(), "0 seconds");
 }
 
 const Instant kNow(1795348800LL * 1000000);  // 2026-11-22 12:00:00 UTC
@@ -78,27 +76,28 @@ ActionRequest MakeAction(const Given& given) {
     return action;
 }
 
-enum Form { One, Selected, Pending };
+// The program words a summary for one action or for all that are pending.
+enum Form { One, Pending };
 
 TEST(ActionSummary, ChoosesTheSentence) {
     struct Case { const char* name; Form form; std::vector<Given> actions; const char* text; };
     const Case kCases[] = {
         {"no actions", Pending, {}, ""},
         {"one: restart wins", One, {{1, "rd", kNone}}, "This action will require a system restart."},
-        {"several: shutdown wins, even within one action", Selected, {{1, "r", kNone}, {2, "rd", kNone}},
-         "The selected actions will require a system shutdown when they are complete."},
+        {"several: shutdown wins, even within one action", Pending, {{1, "r", kNone}, {2, "rd", kNone}},
+         "The pending actions will require a system shutdown when they are complete."},
         {"ForceRun without a deadline", One, {{1, "sf", kNone}}, "You should save your work before taking this action."},
         {"4:59 left", One, {{1, "", 299}}, "You must take this action now."},
         {"exactly five minutes", One, {{1, "", 300}}, "You must take this action within Now."},
         {"none left", One, {{1, "f", 0}}, "This action will run automatically in 0 seconds."},
         {"any save", Pending, {{1, "", kNone}, {2, "s", kNone}}, "You should save your work before taking these actions."},
         // Each flag counts from whichever action carries it, first or last.
-        {"the first one's shutdown", Selected, {{1, "d", kNone}, {2, "", kNone}},
-         "The selected actions will require a system shutdown when they are complete."},
+        {"the first one's shutdown", Pending, {{1, "d", kNone}, {2, "", kNone}},
+         "The pending actions will require a system shutdown when they are complete."},
         {"the first one's restart", Pending, {{1, "r", kNone}, {2, "", kNone}},
          "The pending actions will require a system restart when they are complete."},
-        {"the first one's save", Selected, {{1, "s", kNone}, {2, "", kNone}},
-         "You should save your work before taking the selected actions."},
+        {"the first one's save", Pending, {{1, "s", kNone}, {2, "", kNone}},
+         "You should save your work before taking these actions."},
         {"save and restart from two", Pending, {{1, "s", kNone}, {2, "r", kNone}},
          "You should save your work before taking these actions, as they will require a system restart when they are "
          "complete."},
@@ -108,8 +107,8 @@ TEST(ActionSummary, ChoosesTheSentence) {
          "There is at least one action you must take within 10 minutes."},
         {"equal deadlines: the lower ID's flag, on", Pending, {{1, "f", 600}, {2, "", 600}},
          "At least one of these actions will run automatically in 10 minutes."},
-        {"ForceRun without a deadline among several", Selected, {{1, "f", kNone}, {2, "", 7200}},
-         "There is at least one selected action you must take within 2 hours."},
+        {"ForceRun without a deadline among several", Pending, {{1, "f", kNone}, {2, "", 7200}},
+         "There is at least one action you must take within 2 hours."},
     };
     const ScopedClockOverride clock(kNow);
     for (const Case& c : kCases) {
@@ -121,7 +120,7 @@ TEST(ActionSummary, ChoosesTheSentence) {
             ids.insert(given.id);
         }
         const auto text =
-            c.form == One ? ActionSummary(MakeAction(c.actions.at(0))) : ActionSummary(ids, store, c.form == Pending);
+            c.form == One ? ActionSummary(MakeAction(c.actions.at(0))) : ActionSummary(ids, store, true);
         EXPECT_EQ(text.Str(), c.text);
     }
     EXPECT_THROW(ActionSummary({1, 2}, ActionRequestStore(), false), NoSuchActionRequestID);

@@ -54,23 +54,6 @@ TEST(DateRecord, AgreesWithGmtimeOnRandomDays) {
     }
 }
 
-TEST(DateRecord, DayArithmetic) {
-    EXPECT_EQ(DateRecord(28, February, 2024) + 1, DateRecord(29, February, 2024));
-    EXPECT_EQ(DateRecord(28, February, 2023) + 1, DateRecord(1, March, 2023));
-    EXPECT_EQ(DateRecord(1, January, 2027) - DateRecord(1, January, 2026), 365);
-    EXPECT_EQ(DateRecord(31, April, 2026) + 0, DateRecord(1, May, 2026));
-    EXPECT_THROW(DateRecord(1, January, 0) - 1, InvalidDateTimeNegativeYear);
-    EXPECT_THROW(DateRecord(31, December, 4294967295u) + 1, NoSuchDate);
-    EXPECT_THROW(DateRecord(1, January, 2000) + INT64_MAX, NoSuchDate);
-    EXPECT_THROW(DateRecord(1, January, 2000) - INT64_MIN, NoSuchDate);
-}
-
-TEST(TimeOfDay, ArithmeticWrapsRoundMidnight) {
-    EXPECT_EQ(TimeOfDay(23, 59, 59) += 1, TimeOfDay(0, 0, 0));
-    EXPECT_EQ(TimeOfDay(0, 0, 30) -= 31, TimeOfDay(23, 59, 59));
-    EXPECT_EQ(TimeOfDay(12, 0, 0) += 5 * 86400 + 61, TimeOfDay(12, 1, 1));
-}
-
 TEST(TimeObject, ZonesMoveFieldsButNotTheInstant) {
     const Instant instant(1367402400 * kSecond);  // 2013-05-01 10:00:00 UTC
     TimeObject t(instant, TimeZone(2 * 3600));
@@ -173,7 +156,6 @@ TEST(TimeToText, EdgesOfTheForm) {
     }
     // One character too many for the 31-character form.
     EXPECT_THROW(TimeToText(TimeObject({1, January, 10000}, {}, TimeZone())), DataOverflow);
-    EXPECT_THROW(FixedText<3>("abcd"), ConstDataCapacityExceeded);
 }
 
 TEST(TextToTime, AcceptedSpellings) {
@@ -210,71 +192,6 @@ TEST(TextToTime, RejectedTexts) {
     EXPECT_THROW(TextToTime("15 Nov 2026 23:59:60 +0000"), NoSuchTimeOfDay);
 }
 
-TEST(TextToTime, GivenZoneConvertsOrSupplies) {
-    const TimeObject converted = TextToTime("Sun, 15 Nov 2026 00:16:00 +0000", TimeZone(3600));
-    EXPECT_EQ(converted.Time(), TimeOfDay(1, 16, 0));
-    EXPECT_EQ(converted.Zone(), TimeZone(3600));
-    EXPECT_EQ(converted.SecondsSinceEpoch(), kExample);
-
-    const TimeObject supplied = TextToTime("15 Nov 2026 00:16:00", TimeZone(3600));
-    EXPECT_EQ(supplied.Time(), TimeOfDay(0, 16, 0));
-    EXPECT_EQ(supplied.SecondsSinceEpoch(), kExample - 3600);
-}
-
-TEST(DisplayTexts, AbbreviationsOutOfRangeAreMarked) {
-    EXPECT_STREQ(DayOfWeekAbbreviation(DayOfWeek(7)), "???");
-    EXPECT_STREQ(MonthAbbreviation(Month(0)), "???");
-}
-
-constexpr std::int64_t kMay1st = 1367402400 * kSecond;  // 2013-05-01 10:00:00 UTC
-
-// Local time is three hours east of UTC all year, and the clock is pinned.
-class XMLDateTime : public ::testing::Test {
-protected:
-    ScopedTZ tz_{"<+03>-3"};
-    ScopedClockOverride clock_{Instant(kMay1st)};
-};
-
-TEST_F(XMLDateTime, Reading) {
-    struct Case { const char* text; std::int64_t micros; };
-    const Case kCases[] = {
-        {"2013-05-01T10:00:00Z", kMay1st},
-        {"2013-05-01T10:00:00+00:00", kMay1st},
-        {"2013-05-01T10:00:00-00:00", kMay1st},
-        {"2013-05-01T12:00:00+02:00", kMay1st},
-        {"2013-05-01T13:00:00", kMay1st},       // no zone: local
-        {"2013-05-01T13:00:00+0200", kMay1st},  // not six characters: local
-        {"2013-05-01T10:00:00.5Z", kMay1st + 500000},
-        {"2013-05-01T10:00:00.1234569Z", kMay1st + 123456},  // dropped, not rounded
-        {"2013/05/01 10-00-00Z", kMay1st},                   // separators are not checked
-        {"2013-05-01T10:00:60Z", kMay1st + 60 * kSecond},
-        {"1969-12-31T23:59:59Z", -kSecond},
-    };
-    for (const Case& c : kCases) EXPECT_EQ(XMLDateTimeToInstant(c.text), Instant(c.micros)) << c.text;
-
-    const char* const kInvalid[] = {
-        "2013-13-01T10:00:00Z", "2013-05-01", "2O13-05-01T10:00:00Z", "2013-05-01T10:00:00+02:0x",
-        "2013-05-01T10:00:00x-0200",  // six characters, but no sign first
-    };
-    for (const char* text : kInvalid) EXPECT_THROW(XMLDateTimeToInstant(text), InvalidDateTimeString) << text;
-    EXPECT_THROW(XMLDateTimeToInstant("-2013-05-01T10:00:00Z"), InvalidDateTimeNegativeYear);
-}
-
-TEST_F(XMLDateTime, WritingUsesTheLocalOffset) {
-    struct Case { std::int64_t micros; const char* text; };
-    const Case kCases[] = {
-        {kMay1st, "2013-05-01T13:00:00+03:00"},
-        {kMay1st + 999999, "2013-05-01T13:00:00+03:00"},  // the fraction is lost
-        {-31006195200 * kSecond, "0987-06-15T03:00:00+03:00"},
-    };
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(InstantToXMLDateTime(Instant(c.micros)).View(), c.text);
-    }
-    ScopedTZ west("<-0530>5:30");
-    EXPECT_EQ(InstantToXMLDateTime(Instant(kMay1st)).View(), "2013-05-01T04:30:00-05:30");
-}
-
 TEST(XMLDuration, CanonicalTextsBothWays) {
     struct Case { std::int64_t micros; const char* text; };
     const Case kCases[] = {
@@ -296,31 +213,15 @@ TEST(XMLDuration, CanonicalTextsBothWays) {
     EXPECT_EQ(XMLDurationToTimeInterval("-P106751991DT4H0M54.775807S"), TimeInterval(-INT64_MAX));
 }
 
-TEST(XMLDuration, ReadingErrorsCarryTheirMessages) {
-    const std::string general = "Could not convert XMLDuration to TimeInterval";
-    const std::string precision =
-        "Could not convert XMLDuration to TimeInterval: cannot handle more than microsecond precision.";
-    const std::string overflow = "Could not convert XMLDuration to TimeInterval due to integer overflow.";
-    struct Case { const char* text; const std::string& message; };
-    const Case kCases[] = {
-        {"", general}, {"P", general}, {"PT", general}, {"P1DT", general}, {"P1Y", general},
-        {"P1M", general}, {"PT1H1", general}, {"1D", general}, {"+P1D", general}, {"P-1D", general},
-        {"PT1S1M", general}, {"PT1H1H", general}, {"PT.5S", general}, {"PT1.S", general},
-        {"PT1.5M", general}, {"PT1S ", general}, {"P1DT1D", general}, {"PTT1S", general},
-        {"PT1.1234567S", precision},
-        {"PT9223372036855S", overflow}, {"P106751991DT4H0M54.775808S", overflow},
-        {"-P106751991DT4H0M54.775808S", overflow}, {"PT9223372036854775808S", overflow},
-        {"P99999999999999999999D", overflow}, {"P106751992D", overflow},
+// Outside the grammar, finer than a microsecond or beyond the range: refused
+// (the record is refused; the message text reaches no one).
+TEST(XMLDuration, RefusedTexts) {
+    const char* const kRefused[] = {
+        "", "P", "PT", "P1DT", "P1Y", "P1M", "PT1H1", "1D", "+P1D", "P-1D", "PT1S1M", "PT1H1H", "PT.5S", "PT1.S",
+        "PT1.5M", "PT1S ", "P1DT1D", "PTT1S", "PT1.1234567S", "PT9223372036855S", "P106751991DT4H0M54.775808S",
+        "-P106751991DT4H0M54.775808S", "PT9223372036854775808S", "P99999999999999999999D", "P106751992D",
     };
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(c.text);
-        try {
-            XMLDurationToTimeInterval(c.text);
-            ADD_FAILURE() << "no exception";
-        } catch (const ExceptionPL& e) {
-            EXPECT_EQ(e.Message(), c.message);
-        }
-    }
+    for (const char* text : kRefused) EXPECT_THROW(XMLDurationToTimeInterval(text), ExceptionPL) << text;
 }
 
 TEST(XMLDuration, RoundTripsEveryMagnitude) {
@@ -330,22 +231,6 @@ TEST(XMLDuration, RoundTripsEveryMagnitude) {
         const std::int64_t micros = static_cast<std::int64_t>(random()) >> (random() % 64);
         const AutoUString<UTF8> text = TimeIntervalToXMLDuration(TimeInterval(micros));
         ASSERT_EQ(XMLDurationToTimeInterval(text), TimeInterval(micros)) << text.View();
-    }
-}
-
-TEST(XMLDate, BothWays) {
-    EXPECT_EQ(DateRecordToXMLDate({1, May, 987}).View(), "0987-05-01");
-    EXPECT_EQ(DateRecordToXMLDate({31, December, 12345}).View(), "12345-12-31");
-    EXPECT_EQ(TimeOfDayToXMLTime(TimeOfDay(9, 5, 0)).View(), "09:05:00");
-
-    struct Read { const char* text; DateRecord date; };
-    const Read kReads[] = {
-        {"2013-05-01", {1, May, 2013}}, {"2013", {0, Month(0), 2013}}, {"2013-05", {0, May, 2013}},
-        {"2013-5-1", {0, May, 2013}}, {"99999-99-99", {0, Month(0), 9999}}, {"", {}},
-    };
-    for (const Read& c : kReads) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(XMLDateToDateRecord(c.text), c.date);
     }
 }
 
