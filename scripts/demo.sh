@@ -22,7 +22,7 @@ cmake --build --preset release --target ZAMClientUI zam-client
 # a copy is installed on the machine; a desktop that sets a customization
 # (such as "*customization: -hidpi" on a high-resolution screen) gets that
 # file, the others the base one.
-export XFILESEARCHPATH="$PWD/data/app-defaults/%N%C:$PWD/data/app-defaults/%N"
+export XFILESEARCHPATH="$PWD/data/app-defaults/%N%C"
 
 # A scenario that names a locale needs it on the machine; only root can add it.
 locale_name=$(awk '$1 == "locale" { print $2; exit }' "$scenario")
