@@ -64,18 +64,11 @@ const Step kConversation[] = {
     {{}, nullptr, 5, {"Tab", "Return"}, 6},
 };
 
-Window ParentOf(Display* display, Window window) {
-    Window root = 0, parent = 0, *children = nullptr;
-    unsigned count = 0;
-    if (XQueryTree(display, window, &root, &parent, &children, &count) == 0) return 0;
-    if (children != nullptr) XFree(children);
-    return parent;
-}
-
 // Whether `window`'s left border shows the focus mark, read from the screen.
-bool Marked(Display* display, Window window) {
+bool Marked(LiveProgram& program, Window window) {
+    Display* const display = program.X();
     XWindowAttributes place{};
-    const Window parent = ParentOf(display, window);
+    const Window parent = program.Parent(window);
     if (parent == 0 || XGetWindowAttributes(display, window, &place) == 0) return false;
     XImage* image = XGetImage(display, parent, place.x, place.y + place.height / 2, 1, 1, AllPlanes, ZPixmap);
     const bool marked = image != nullptr && XGetPixel(image, 0, 0) == kFocusPixel;
@@ -120,7 +113,7 @@ std::vector<std::string> Converse(LiveProgram& program, bool keys) {
             shell = (w = program.WaitForActionDialog()).shell;
         }
         if (step.title == nullptr) {
-            auto viewport = [&](Window list) { return ParentOf(program.X(), ParentOf(program.X(), list)); };
+            auto viewport = [&](Window list) { return program.Parent(program.Parent(list)); };
             controls = {viewport(w.list), w.takeAll, w.take, w.cancel, w.details, viewport(w.snoozeList), w.snooze};
         }
         if (controls.size() <= std::max(step.focus, step.click)) {
@@ -132,7 +125,7 @@ std::vector<std::string> Converse(LiveProgram& program, bool keys) {
         EXPECT_TRUE(program.WaitUntil([&] {
             if (step.actions > 0 && program.ShownRows(w.list).size() != step.actions) return false;
             for (std::size_t i = 0; i < controls.size(); ++i) {
-                if ((!keys || i == step.focus) && Marked(program.X(), controls[i])) return true;
+                if ((!keys || i == step.focus) && Marked(program, controls[i])) return true;
             }
             return false;
         })) << "no focus shown on " << step.focus;

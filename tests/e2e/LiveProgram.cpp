@@ -180,6 +180,14 @@ std::vector<Window> LiveProgram::Children(Window window) {
     return found;
 }
 
+Window LiveProgram::Parent(Window window) {
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned int count = 0;
+    if (XQueryTree(X(), window, &root, &parent, &children, &count) == 0) return 0;
+    if (children != nullptr) XFree(children);
+    return parent;
+}
+
 bool LiveProgram::WaitUntil(const std::function<bool()>& condition) {
     const auto until = std::chrono::steady_clock::now() + kCeiling;
     while (!condition()) {

@@ -89,6 +89,9 @@ public:
     // new window on top, and the toolkit makes a parent's windows from its
     // last child to its first.
     std::vector<Window> Children(Window window);
+    // The window `window` lies in (a window manager's frame, a widget's
+    // parent); 0 for a window that is gone.
+    Window Parent(Window window);
     // Waits until one action request dialog is mapped; its windows, or all
     // zero (and a test failure) if none is within the ceiling.
     ActionDialogWindows WaitForActionDialog(const std::string& title = "Action Requests");

@@ -39,15 +39,6 @@ bool StartTwm(ChildProcess& twm, LiveProgram& program) {
     return started;
 }
 
-// twm's frame around a client window is its parent.
-Window FrameOf(Display* x, Window window) {
-    Window root = 0, parent = 0, *children = nullptr;
-    unsigned int count = 0;
-    XQueryTree(x, window, &root, &parent, &children, &count);
-    if (children != nullptr) XFree(children);
-    return parent;
-}
-
 // A property's bytes if it is of `type`, else empty.
 std::string Property(Display* x, Window window, const char* name, const char* type) {
     XTextProperty value{};
@@ -90,7 +81,8 @@ TEST(WindowManager, TheDialogsIdentifyThemselvesAskForAttentionAndStayAboveTheAc
     Display* x = program.X();
     PointerAway(x);
     const ActionDialogWindows dialog = program.StartWithActions({"action id=1 title=\"First\" confirm=\"Sure?\""});
-    ASSERT_TRUE(program.WaitUntil([&] { return FrameOf(x, dialog.shell) != DefaultRootWindow(x); })) << "unframed";
+    // twm's frame around a client window is its parent.
+    ASSERT_TRUE(program.WaitUntil([&] { return program.Parent(dialog.shell) != DefaultRootWindow(x); })) << "unframed";
     const std::string windowClass("ZAMClientUI\0XZAMClientUI\0", 25);
     EXPECT_EQ(Property(x, dialog.shell, "WM_CLASS", "STRING"), windowClass);
     EXPECT_EQ(Property(x, dialog.shell, "_NET_WM_NAME", "UTF8_STRING"), "Action Requests");
@@ -125,8 +117,8 @@ TEST(WindowManager, TheDialogsIdentifyThemselvesAskForAttentionAndStayAboveTheAc
     EXPECT_TRUE(XGetTransientForHint(x, confirmation, &owner) != 0 && owner == dialog.shell);
     // Children lists the root's windows top to bottom.
     const std::vector<Window> stacked = program.Children(DefaultRootWindow(x));
-    EXPECT_LT(std::find(stacked.begin(), stacked.end(), FrameOf(x, confirmation)),
-              std::find(stacked.begin(), stacked.end(), FrameOf(x, dialog.shell)));
+    EXPECT_LT(std::find(stacked.begin(), stacked.end(), program.Parent(confirmation)),
+              std::find(stacked.begin(), stacked.end(), program.Parent(dialog.shell)));
     EXPECT_EQ(Property(x, confirmation, "WM_CLASS", "STRING"), windowClass);
     EXPECT_EQ(Property(x, confirmation, "_NET_WM_WINDOW_TYPE", "ATOM"), AtomBytes(x, "_NET_WM_WINDOW_TYPE_DIALOG"));
     EXPECT_EQ(program.CloseAndWait(), 0);
