@@ -102,6 +102,9 @@ struct DialogState {
     bool refreshOwed = false;
     // The application context the idle refresh is registered in, if any.
     XtAppContext idleRefreshContext = nullptr;
+    // The one the widgets were made in: closing it forgets them without
+    // destroying them, so widgets of another are stale.
+    XtAppContext widgetsContext = nullptr;
 
     // The rows, the chosen action (kept across hide and show) and snooze
     // entry, and the rules of the buttons.
@@ -529,6 +532,7 @@ void Build() {
     WidenForScrollbar(w.snoozeViewport);
     PlaceDialog(w.shell);
     AnnounceDeleteWindow(w.shell);
+    dialog.widgetsContext = app_context;
     IdentifyWindow(w.shell, WindowRole::ActionDialog);
     ClearUrgencyOnTouch(w.shell);
     for (Widget viewport : {w.viewport, w.snoozeViewport}) {
@@ -627,6 +631,13 @@ void Disable() {
 }
 
 bool IsShown() { return dialog.w.shell != nullptr; }
+
+Widget Shell() {
+    const Widget shell = dialog.w.shell;
+    return app_context != nullptr && dialog.widgetsContext == app_context && shell != nullptr && XtIsRealized(shell)
+               ? shell
+               : nullptr;
+}
 
 bool IsEnabled() { return dialog.enabled; }
 

@@ -13,6 +13,9 @@
 
 #include "base/time/Instant.h"
 
+// As the toolkit declares it, without its headers.
+typedef struct _WidgetRec* Widget;
+
 namespace ActionRequestDialog {
 
 // Builds and shows the dialog unless it exists already; keeps `snoozable` and
@@ -47,5 +50,8 @@ void Disable();
 
 bool IsShown();
 bool IsEnabled();
+// The shown dialog's shell once realized, else null (also after its
+// application context was closed).
+Widget Shell();
 
 }  // namespace ActionRequestDialog

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "base/unicode/Local8Bit.h"
+#include "ui/ActionRequestDialog.h"
 #include "ui/ForgivenXErrors.h"
 #include "ui/WindowManagerAtoms.h"
-#include "ui/XGlobals.h"
 
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
@@ -15,15 +15,6 @@
 #include <X11/Xutil.h>
 
 namespace {
-
-Widget actionDialogShell = nullptr;
-// The display it was made on: closing the application context forgets the
-// dialogs without destroying them, so a shell of a closed display is stale.
-Display* actionDialogDisplay = nullptr;
-
-void ForgetActionDialog(Widget shell, XtPointer, XtPointer) {
-    if (shell == actionDialogShell) actionDialogShell = nullptr;
-}
 
 // The shell's title came in the locale's encoding; the conventions want UTF-8.
 // A title that does not convert back keeps only its WM_NAME.
@@ -80,11 +71,7 @@ void IdentifyWindow(Widget shell, WindowRole role) {
     WriteTitles(shell, atoms);
     WriteAtom(shell, atoms.windowType, role == WindowRole::ActionDialog ? atoms.typeNormal : atoms.typeDialog);
     WritePid(shell, atoms.pid);
-    if (role == WindowRole::ActionDialog) {
-        actionDialogShell = shell;
-        actionDialogDisplay = XtDisplay(shell);
-        XtAddCallback(shell, XtNdestroyCallback, ForgetActionDialog, nullptr);
-    } else if (const Widget owner = ActionDialogShell(); role == WindowRole::Subordinate && owner != nullptr) {
+    if (const Widget owner = ActionRequestDialog::Shell(); role == WindowRole::Subordinate && owner != nullptr) {
         XSetTransientForHint(XtDisplay(shell), XtWindow(shell), XtWindow(owner));
     }
 }
@@ -94,9 +81,4 @@ void RetitleWindow(Widget shell) {
     const WindowManagerAtoms& atoms = WindowManagerAtomsOf(XtDisplay(shell));
     ForgivingXErrors forgiving(XtDisplay(shell));
     WriteTitles(shell, atoms);
-}
-
-Widget ActionDialogShell() {
-    if (app_context == nullptr || display == nullptr || display != actionDialogDisplay) return nullptr;
-    return actionDialogShell != nullptr && XtIsRealized(actionDialogShell) ? actionDialogShell : nullptr;
 }

@@ -26,7 +26,3 @@ void IdentifyWindow(Widget shell, WindowRole role);
 
 // Writes the UTF-8 titles again after the shell's title changed.
 void RetitleWindow(Widget shell);
-
-// The shell of the action dialog while it is shown (identified and not
-// destroyed); null otherwise.
-Widget ActionDialogShell();

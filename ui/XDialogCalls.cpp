@@ -39,11 +39,11 @@ void XDialogCalls::DisableActionRequestDialog() {
 }
 
 void XDialogCalls::RaiseActionRequestDialog() {
-    RaiseAndActivate(ActionDialogShell());
+    RaiseAndActivate(ActionRequestDialog::Shell());
 }
 
 void XDialogCalls::MarkActionRequestDialogUrgent() {
-    MarkUrgent(ActionDialogShell());
+    MarkUrgent(ActionRequestDialog::Shell());
 }
 
 void XDialogCalls::ShowActionDetailsDialog(unsigned long long id, EntryNumber entry) {
